@@ -1,0 +1,8 @@
+#include <ZVControl/ZVStyleComboBox>
+
+ZVStyleComboBox::ZVStyleComboBox(QWidget* parent)
+    : QComboBox(parent)
+{
+}
+
+ZVStyleComboBox::~ZVStyleComboBox() = default;
