@@ -1,0 +1,9 @@
+#include "zvcustomevent.h"
+
+ZVCustomEvent::ZVCustomEvent(QEvent::Type id, int value)
+    : QEvent(id)
+    , value(value)
+{
+}
+
+ZVCustomEvent::~ZVCustomEvent() = default;
