@@ -1,0 +1,48 @@
+# Sourced by run.sh and test.sh: makes sure the Debian packages a build needs are there.
+#   zv_require <package>...
+# As root the missing ones are installed with apt-get; otherwise the script stops and
+# names them.
+
+zv_missing() {
+    local pkg missing=()
+    for pkg in "$@"; do
+        if ! dpkg-query -W -f='${Status}' "$pkg" 2>/dev/null | grep -q 'install ok installed'; then
+            missing+=("$pkg")
+        fi
+    done
+    echo "${missing[@]}"
+}
+
+zv_require() {
+    if ! command -v dpkg-query >/dev/null 2>&1; then
+        echo "zvcore: this script installs Debian packages and needs dpkg; install these by other means: $*" >&2
+        return 0
+    fi
+    local missing
+    missing=$(zv_missing "$@")
+    [ -z "$missing" ] && return 0
+    if [ "$(id -u)" -ne 0 ]; then
+        echo "zvcore: these Debian packages are missing: $missing" >&2
+        echo "zvcore: install them as root, then run this command again:" >&2
+        echo "    apt-get install -y $missing" >&2
+        exit 2
+    fi
+    echo "==> Installing $missing"
+    export DEBIAN_FRONTEND=noninteractive
+    # A fresh machine has no package lists yet; an older machine may have stale ones.
+    apt-get update -q || { echo "zvcore: apt-get update failed" >&2; exit 2; }
+    # shellcheck disable=SC2086
+    apt-get install -y -q --no-install-recommends $missing \
+        || { echo "zvcore: apt-get install failed for: $missing" >&2; exit 2; }
+}
+
+# What every build needs.
+ZV_BUILD_PACKAGES=(
+    g++ make cmake ninja-build ccache pkg-config
+    qtbase5-dev qttools5-dev qttools5-dev-tools
+    rapidjson-dev
+)
+
+zv_cmake_generator() {
+    if command -v ninja >/dev/null 2>&1; then echo "Ninja"; else echo "Unix Makefiles"; fi
+}

@@ -1,0 +1,40 @@
+# Installs ZVCore (MODE=install) or points at its build tree (MODE=buildtree), then
+# configures, builds and runs the consumer project against it.
+cmake_minimum_required(VERSION 3.18)
+
+function(run)
+    execute_process(COMMAND ${ARGN} RESULT_VARIABLE rc)
+    if(NOT rc EQUAL 0)
+        string(REPLACE ";" " " line "${ARGN}")
+        message(FATAL_ERROR "failed (${rc}): ${line}")
+    endif()
+endfunction()
+
+if(MODE STREQUAL "install")
+    file(REMOVE_RECURSE "${STAGE}")
+    set(cfg)
+    if(CONFIG)
+        set(cfg --config "${CONFIG}")
+    endif()
+    run("${CMAKE_COMMAND}" --install "${ZVCORE_BUILD_DIR}" --prefix "${STAGE}" ${cfg})
+    if(NOT EXISTS "${STAGE}/include/ZVCore/ZVCustomEventSendObj")
+        message(FATAL_ERROR "the install tree lacks the forwarding header ZVCore/ZVCustomEventSendObj")
+    endif()
+    set(locate "-DCMAKE_PREFIX_PATH=${STAGE}")
+else()
+    set(locate "-DZVCore_DIR=${ZVCORE_BUILD_DIR}")
+endif()
+
+file(REMOVE_RECURSE "${CONSUMER_BUILD}")
+set(extra)
+if(LAUNCHER)
+    list(APPEND extra "-DCMAKE_CXX_COMPILER_LAUNCHER=${LAUNCHER}")
+endif()
+run("${CMAKE_COMMAND}" -S "${CONSUMER_SOURCE}" -B "${CONSUMER_BUILD}" -G "${GENERATOR}"
+    "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_BUILD_TYPE=Release" ${locate} ${extra})
+run("${CMAKE_COMMAND}" --build "${CONSUMER_BUILD}")
+
+foreach(program consumer_core consumer_control consumer_foundation)
+    run("${CONSUMER_BUILD}/${program}")
+endforeach()
+message(STATUS "package (${MODE}): the consumer found, built and ran against ZVCore")
