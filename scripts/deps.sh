@@ -43,6 +43,12 @@ ZV_BUILD_PACKAGES=(
     rapidjson-dev
 )
 
+# What the test suite needs besides: a private X server for the display lane, and
+# setpriv (util-linux) so that permission tests also hold when run as root.
+ZV_TEST_PACKAGES=(
+    xvfb xauth util-linux
+)
+
 zv_cmake_generator() {
     if command -v ninja >/dev/null 2>&1; then echo "Ninja"; else echo "Unix Makefiles"; fi
 }

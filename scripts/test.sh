@@ -6,7 +6,7 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # shellcheck source=deps.sh
 . "$root/scripts/deps.sh"
 
-zv_require "${ZV_BUILD_PACKAGES[@]}"
+zv_require "${ZV_BUILD_PACKAGES[@]}" "${ZV_TEST_PACKAGES[@]}"
 
 build="$root/build/dev"
 echo "==> Configuring $build"

@@ -1,0 +1,94 @@
+#ifndef ZVCORE_ZVAPPLICATIONINFO_H
+#define ZVCORE_ZVAPPLICATIONINFO_H
+
+#include <ZVCore/zvcore_export.h>
+
+#include <QtCore/QMap>
+#include <QtCore/QObject>
+#include <QtCore/QScopedPointer>
+#include <QtCore/QString>
+#include <QtCore/QStringList>
+
+class CSkin;
+
+namespace ZVUIFramework {
+
+class ZVApplicationInfoPrivate;
+
+/*!
+ * The process-wide context of the frame: the product's identity read from
+ * "productInfo.xml" beside the executable, the e-mail settings handed to the feedback
+ * program, the updater's extra arguments, the skin and the list of style sheets.
+ *
+ * Its first use reads the product file and makes the executable's folder the current
+ * directory, so relative paths (skin pictures, the crash dump) resolve there.
+ *
+ * \code
+ * QApplication app(argc, argv);
+ * auto* context = ZVUIFramework::ZVApplicationInfo::GetInstance();
+ * context->SetSendEmailInfo(QStringLiteral("reports@example.com"), password);
+ * context->addQss(QStringLiteral("Host.qss"), true);   // before InitSkin
+ * context->InitSkin(false, QStringLiteral("dark"));    // skin/dark/qss/, pictures, font
+ * qDebug() << context->GetAppName() << context->GetPID();
+ * \endcode
+ */
+class ZVCORE_EXPORT ZVApplicationInfo : public QObject
+{
+    Q_OBJECT
+    Q_DECLARE_PRIVATE(ZVApplicationInfo)
+
+public:
+    /// The single instance, built on first call and destroyed at process exit.
+    static ZVApplicationInfo* GetInstance();
+
+    QString GetAppName() const;
+    QString GetAppTitle() const;
+    QString GetBrandName() const;
+    QString GetInfo() const;
+    QString GetPID() const;
+    QString GetReceiveEmailOnCrash() const;
+    QString GetSendEmailAccount() const;
+    QString GetSendEmailPwd() const;
+    QString GetFBReceiveEmailAccount() const;
+    QString GetUserEmailInfo() const;
+
+    void SetInfo(const QString& info);
+    void SetReceiveEmailOnCrash(const QString& account);
+    void SetUserEmailInfo(const QString& email);
+    /// Sets the sending mail account, then its password.
+    void SetSendEmailInfo(const QString& account, const QString& pwd);
+
+    /// Extra arguments given to the updater, before the ones the frame adds.
+    QStringList GetUpdaterArguments();
+    void SetUpdaterArguments(const QStringList& arguments);
+
+    /// The skin the context holds; always the same object.
+    CSkin& GetSkinObject();
+
+    /// The name of the language in use, as the language manager holds it.
+    QString GetCurrentLanguage();
+
+    /// Adds or replaces a style sheet of the skin's "qss/" folder. Sheets are applied in
+    /// the order of their names by InitSkin; \a rewriteUrls turns "url(:/" references
+    /// into the skin's picture folder.
+    void addQss(const QString& name, bool rewriteUrls);
+
+    /// Fills the skin's paths, sets the application font and applies the style sheets.
+    /// \a normalPictures skips the 4K test; \a skinName selects skin/<name>/ (empty:
+    /// skin/).
+    void InitSkin(bool normalPictures, const QString& skinName);
+
+    /// Whether the desktop is wider than 2500 physical pixels, which selects the
+    /// "Picture4K" pictures.
+    bool IsHighDPI();
+
+private:
+    explicit ZVApplicationInfo(QObject* parent);
+    ~ZVApplicationInfo() override;
+
+    QScopedPointer<ZVApplicationInfoPrivate> d_ptr;
+};
+
+} // namespace ZVUIFramework
+
+#endif // ZVCORE_ZVAPPLICATIONINFO_H
