@@ -12,16 +12,30 @@
 //   context                                  the context's identity fields, cwd, folders
 //   skin                                     skin paths, fonts and the style sheet
 //   catalogue                                load localconfig.json and list the records
+//   loadcatalogue                            load localconfig.json, report nothing
+//   language                                 the language manager's state (creates it)
+//   setlang:<name>                           CCommonModule::SetLanguage
+//   linkpath:<language>                      CCommonModule::GetLinkFilePath
+//   link:<key>                               look-up, decoded link and "is shown" of a key
+//   openlink:<key>                           CCommonModule::OpenLink
+//   openurl:<url>                            QDesktopServices::openUrl
+//   channel                                  channel value and the two marker readers
+//   services                                 the link-opening service's values
+//   translate:<context>:<source>             QCoreApplication::translate
 // Log lines go to standard error as Qt writes them; tests set QT_MESSAGE_PATTERN.
 #include <ZVCore/CSkin>
 #include <ZVCore/ZVApplicationInfo>
+#include <ZVCore/private/CCommonModule>
 #include <ZVCore/private/CLanguageStore>
+#include <ZVCore/private/ZVDesktopServices>
 #include <ZVCore/private/CStyleSheetManager>
 
 #include <QtCore/QDir>
+#include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
+#include <QtGui/QDesktopServices>
 #include <QtWidgets/QApplication>
 
 #include <cstdio>
@@ -84,7 +98,6 @@ bool run(const QString& command)
             {QStringLiteral("info"), c->GetInfo()},
             {QStringLiteral("receiveEmailOnCrash"), c->GetReceiveEmailOnCrash()},
             {QStringLiteral("fbReceiveEmailAccount"), c->GetFBReceiveEmailAccount()},
-            {QStringLiteral("currentLanguage"), c->GetCurrentLanguage()},
             {QStringLiteral("cwd"), QDir::currentPath()},
             {QStringLiteral("appDir"), store->GetAppDir()},
             {QStringLiteral("productInfo"), store->GetProductInfoPath()},
@@ -124,6 +137,80 @@ bool run(const QString& command)
             });
         }
         report(verb, {{QStringLiteral("records"), records}});
+        return true;
+    }
+    if (verb == QLatin1String("loadcatalogue")) {
+        CLanguageStore::GetInstance()->LoadLocalConfig();
+        return true;
+    }
+    if (verb == QLatin1String("language")) {
+        CCommonModule* module = CCommonModule::GetInstance();
+        QFile saved(CLanguageStore::GetInstance()->GetSavedLanguagePath());
+        const bool savedExists = saved.open(QIODevice::ReadOnly);
+        const QByteArray savedBytes = savedExists ? saved.readAll() : QByteArray();
+        report(verb, {
+            {QStringLiteral("current"), ZVApplicationInfo::GetInstance()->GetCurrentLanguage()},
+            {QStringLiteral("direction"),
+             QGuiApplication::layoutDirection() == Qt::RightToLeft ? QStringLiteral("rtl") : QStringLiteral("ltr")},
+            {QStringLiteral("savedExists"), savedExists},
+            {QStringLiteral("savedHex"), QString::fromLatin1(savedBytes.toHex())},
+            {QStringLiteral("linkFile"), module->GetCurrentLinkFilePath()},
+        });
+        return true;
+    }
+    if (verb == QLatin1String("setlang")) {
+        CCommonModule::GetInstance()->SetLanguage(rest);
+        return true;
+    }
+    if (verb == QLatin1String("linkpath")) {
+        report(verb, {{QStringLiteral("path"), CCommonModule::GetInstance()->GetLinkFilePath(rest)}});
+        return true;
+    }
+    if (verb == QLatin1String("link")) {
+        CCommonModule* module = CCommonModule::GetInstance();
+        // Values the look-up must leave alone when it finds nothing.
+        int isShow = -7;
+        QString url = QStringLiteral("untouched");
+        module->LookupLink(rest, isShow, url);
+        report(verb, {
+            {QStringLiteral("isShow"), isShow},
+            {QStringLiteral("url"), url},
+            {QStringLiteral("decoded"), module->GetDecodedLink(rest)},
+            {QStringLiteral("shown"), module->IsLinkShown(rest)},
+        });
+        return true;
+    }
+    if (verb == QLatin1String("openlink")) {
+        CCommonModule::GetInstance()->OpenLink(rest);
+        return true;
+    }
+    if (verb == QLatin1String("openurl")) {
+        QDesktopServices::openUrl(QUrl(rest));
+        return true;
+    }
+    if (verb == QLatin1String("channel")) {
+        report(verb, {
+            {QStringLiteral("value"), CCommonModule::GetChannelValue()},
+            {QStringLiteral("hasCustom"), CCommonModule::HasCustomMarker()},
+            {QStringLiteral("custom"), CCommonModule::ReadCustomMarker()},
+            {QStringLiteral("domain"), CCommonModule::ReadDomainMarker()},
+        });
+        return true;
+    }
+    if (verb == QLatin1String("services")) {
+        ZVApplicationInfo::GetInstance(); // installs the service
+        ZVDesktopServices* s = ZVDesktopServices::Instance();
+        report(verb, {
+            {QStringLiteral("language"), s->GetLanguage()},
+            {QStringLiteral("pid"), s->GetPid()},
+            {QStringLiteral("custom"), s->GetCustom()},
+        });
+        return true;
+    }
+    if (verb == QLatin1String("translate")) {
+        const QByteArray context = rest.section(QLatin1Char(':'), 0, 0).toUtf8();
+        const QByteArray source = rest.section(QLatin1Char(':'), 1).toUtf8();
+        report(verb, {{QStringLiteral("text"), QCoreApplication::translate(context.constData(), source.constData())}});
         return true;
     }
     std::fprintf(stderr, "zvprobe: unknown command %s\n", qPrintable(command));

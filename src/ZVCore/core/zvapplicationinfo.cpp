@@ -2,13 +2,16 @@
 #include "zvapplicationinfo_p.h"
 #include "desktopresolution_p.h"
 
+#include <ZVCore/private/CCommonModule>
 #include <ZVCore/private/CLanguageStore>
 #include <ZVCore/private/CStyleSheetManager>
+#include <ZVCore/private/ZVDesktopServices>
 
 #include <QtCore/QDebug>
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtGui/QDesktopServices>
 #include <QtGui/QFont>
 #include <QtWidgets/QApplication>
 #include <QtXml/QDomDocument>
@@ -78,6 +81,16 @@ ZVApplicationInfo::ZVApplicationInfo(QObject* parent)
     CLanguageStore* store = CLanguageStore::GetInstance();
     d->readProductInfo(store->GetProductInfoPath());
     d->qssFiles.insert(kFrameworkSheet, true);
+
+    // Every web link the process opens, the host's included, passes through the
+    // link-opening service from now on. The channel value is computed here without the
+    // language manager, which must not exist before the first core window has loaded
+    // the catalogue.
+    ZVDesktopServices* links = ZVDesktopServices::Instance();
+    links->SetPid(d->pid);
+    links->SetCustom(CCommonModule::GetChannelValue());
+    QDesktopServices::setUrlHandler(QStringLiteral("http"), links, "openUrl");
+    QDesktopServices::setUrlHandler(QStringLiteral("https"), links, "openUrl");
 
     // Relative paths used later (skin pictures written relative into the style sheet,
     // the crash dump) resolve against the product's folder.
@@ -176,9 +189,7 @@ CSkin& ZVApplicationInfo::GetSkinObject()
 
 QString ZVApplicationInfo::GetCurrentLanguage()
 {
-    // The language manager that holds the current language is not part of this build
-    // yet; until it is, no language is in use.
-    return QString();
+    return CCommonModule::GetInstance()->GetCurrentLanguage();
 }
 
 void ZVApplicationInfo::addQss(const QString& name, bool rewriteUrls)

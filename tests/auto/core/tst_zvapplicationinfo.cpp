@@ -206,11 +206,35 @@ private slots:
         QCOMPARE(second.GetBackupPath(), QStringLiteral("/backup"));
     }
 
-    void noLanguageBeforeTheLanguageManagerExists()
+    void currentLanguageIsTheLanguageManagers()
     {
-        // The language manager is what knows the current language; this build has none,
-        // so the context reports no language.
-        QCOMPARE(ZVApplicationInfo::GetInstance()->GetCurrentLanguage(), QString());
+        ProbeFolder product;
+        const ProbeRun run = product.run({QStringLiteral("prop:ForceLanguage=string:German"), QStringLiteral("language")});
+        QCOMPARE(run.report(QStringLiteral("language")).value(QStringLiteral("current")).toString(), QStringLiteral("German"));
+    }
+
+    void constructionDoesNotStartTheLanguageManager()
+    {
+        // The language manager's first use belongs to the first core window, after the
+        // catalogue is loaded; the context alone must not choose a language.
+        ProbeFolder product;
+        const ProbeRun run = product.run({QStringLiteral("context")});
+        QCOMPARE(run.exitCode, 0);
+        for (const QString& line : run.log)
+            QVERIFY2(!line.contains(QLatin1String("Language->")), qPrintable(line));
+        QVERIFY(!QFile::exists(product.file(QStringLiteral("language/language"))));
+    }
+
+    void constructionInstallsTheLinkService()
+    {
+        ProbeFolder product;
+        QVERIFY(product.write(QStringLiteral("productInfo.xml"), "<p><ZV_PID>Pp12p34</ZV_PID></p>"));
+        QVERIFY(product.write(QStringLiteral("custom"), "chan\r\nnel\n"));
+        const ProbeRun run = product.run({QStringLiteral("services")});
+        const QJsonObject s = run.report(QStringLiteral("services"));
+        QCOMPARE(s.value(QStringLiteral("pid")).toString(), QStringLiteral("1234"));
+        QCOMPARE(s.value(QStringLiteral("custom")).toString(), QStringLiteral("channel"));
+        QCOMPARE(s.value(QStringLiteral("language")).toString(), QString());
     }
 
     // --- InitSkin ------------------------------------------------------------------------
