@@ -46,7 +46,7 @@ ZV_BUILD_PACKAGES=(
 # What the test suite needs besides: a private X server for the display lane, and
 # setpriv (util-linux) so that permission tests also hold when run as root.
 ZV_TEST_PACKAGES=(
-    xvfb xauth util-linux
+    xvfb xauth util-linux lldb
 )
 
 zv_cmake_generator() {

@@ -6,7 +6,17 @@
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
+#include <QtCore/QThread>
+
+#include <cerrno>
+#include <vector>
+
+#include <fcntl.h>
+#include <sys/wait.h>
+#include <unistd.h>
 #include <QtCore/QJsonObject>
 #include <QtCore/QProcess>
 #include <QtCore/QStandardPaths>
@@ -51,6 +61,45 @@ public:
     static bool canHonourFilePermissions()
     {
         return !QStandardPaths::findExecutable(QStringLiteral("setpriv")).isEmpty();
+    }
+
+    // Copies the stand-in companion program under \a names (e.g. "Feedback",
+    // "appAutoUpdate") beside the probe.
+    bool installStandIns(const QStringList& names) const
+    {
+        for (const QString& name : names) {
+            const QString target = file(name);
+            if (!QFile::copy(QStringLiteral(ZV_STANDIN_PATH), target)
+                || !QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
+                return false;
+        }
+        return true;
+    }
+
+    // The argument lists a stand-in received, one per start, waiting up to \a waitMs
+    // for at least \a expected starts (stand-ins run detached).
+    QList<QStringList> standInStarts(const QString& name, int expected = 1, int waitMs = 10000) const
+    {
+        QList<QStringList> starts;
+        QElapsedTimer timer;
+        timer.start();
+        for (;;) {
+            starts.clear();
+            QFile f(file(name + QStringLiteral("-args.jsonl")));
+            if (f.open(QIODevice::ReadOnly)) {
+                for (const QByteArray& line : f.readAll().split('\n')) {
+                    if (line.isEmpty())
+                        continue;
+                    QStringList arguments;
+                    for (const QJsonValue& v : QJsonDocument::fromJson(line).array())
+                        arguments.append(v.toString());
+                    starts.append(arguments);
+                }
+            }
+            if (starts.size() >= expected || timer.elapsed() > waitMs)
+                return starts;
+            QThread::msleep(50);
+        }
     }
 
     bool isValid() const { return m_tmp.isValid() && QFileInfo(m_program).isExecutable(); }
@@ -101,6 +150,52 @@ public:
                 result.log.append(line);
         }
         return result;
+    }
+
+    // Runs the probe and reports how it ended: the signal that killed it (0 when it
+    // exited) and its exit code; its output goes to probe.out and probe.err beside it.
+    struct Death
+    {
+        int signal = 0;
+        int exitCode = -1;
+        qint64 elapsedMs = 0;
+    };
+    Death runUntilDeath(const QStringList& commands) const
+    {
+        Death death;
+        QList<QByteArray> args{QFile::encodeName(m_program)};
+        for (const QString& c : commands)
+            args.append(c.toUtf8());
+        std::vector<char*> argv;
+        for (QByteArray& a : args)
+            argv.push_back(a.data());
+        argv.push_back(nullptr);
+        const QByteArray out = QFile::encodeName(file(QStringLiteral("probe.out")));
+        const QByteArray err = QFile::encodeName(file(QStringLiteral("probe.err")));
+        QElapsedTimer timer;
+        timer.start();
+        const pid_t child = ::fork();
+        if (child == 0) {
+            ::setenv("QT_QPA_PLATFORM", "offscreen", 1);
+            ::setenv("QT_MESSAGE_PATTERN", "%{message}", 1);
+            if (::chdir("/") != 0)
+                ::_exit(126);
+            const int o = ::open(out.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+            const int e = ::open(err.constData(), O_WRONLY | O_CREAT | O_TRUNC, 0600);
+            ::dup2(o, 1);
+            ::dup2(e, 2);
+            ::execv(argv[0], argv.data());
+            ::_exit(127);
+        }
+        int status = 0;
+        while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+        }
+        death.elapsedMs = timer.elapsed();
+        if (WIFSIGNALED(status))
+            death.signal = WTERMSIG(status);
+        else if (WIFEXITED(status))
+            death.exitCode = WEXITSTATUS(status);
+        return death;
     }
 
 private:

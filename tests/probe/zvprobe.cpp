@@ -22,10 +22,25 @@
 //   channel                                  channel value and the two marker readers
 //   services                                 the link-opening service's values
 //   translate:<context>:<source>             QCoreApplication::translate
+//   setcrashmail:<address>                   ZVApplicationInfo::SetReceiveEmailOnCrash
+//   setuser:<address>                        ZVApplicationInfo::SetUserEmailInfo
+//   setsend:<account>|<password>             ZVApplicationInfo::SetSendEmailInfo
+//   setupdaterargs:<a>|<b>|...               ZVApplicationInfo::SetUpdaterArguments
+//   feedbackargs:<0|1>                       ZVApplicationInfo::GetFeedbackArguments
+//   startfeedback:<0|1>                      ZVApplicationInfo::StartFeedback
+//   properties                               the application properties the frame sets
+//   controlmodule                            builds a CControlModule
+//   send:<id>                                ZVCustomEventSendObj::SendEvent(id, 1)
+//   wait:<ms>                                runs the event loop
+//   crashhandle                              ZVApplicationInfo::InitCrashHandle
+//   crashcallback:<marker file>              a host callback that writes the marker
+//   crash:<how>                              segv | segv-thread | abort | fpe | two-threads | overflow
 // Log lines go to standard error as Qt writes them; tests set QT_MESSAGE_PATTERN.
 #include <ZVCore/CSkin>
 #include <ZVCore/ZVApplicationInfo>
+#include <ZVCore/ZVCustomEventSendObj>
 #include <ZVCore/private/CCommonModule>
+#include <ZVCore/private/CControlModule>
 #include <ZVCore/private/CLanguageStore>
 #include <ZVCore/private/ZVDesktopServices>
 #include <ZVCore/private/CStyleSheetManager>
@@ -38,9 +53,32 @@
 #include <QtGui/QDesktopServices>
 #include <QtWidgets/QApplication>
 
+#include <QtCore/QEventLoop>
+#include <QtCore/QTimer>
+
 #include <cstdio>
+#include <csignal>
+#include <cstdlib>
+#include <thread>
+
+#include <unistd.h>
 
 using namespace ZVUIFramework;
+
+// Kept out of line and out of the anonymous namespace, so that a debugger shows its
+// name in the crashing thread's stack.
+extern "C" __attribute__((noinline)) void crash_here()
+{
+    volatile int* volatile nowhere = nullptr;
+    *nowhere = 42;
+}
+
+extern "C" __attribute__((noinline)) int overflow_here(int depth)
+{
+    volatile char frame[4096];
+    frame[0] = char(depth);
+    return overflow_here(depth + 1) + frame[0];
+}
 
 namespace {
 
@@ -212,6 +250,101 @@ bool run(const QString& command)
         const QByteArray source = rest.section(QLatin1Char(':'), 1).toUtf8();
         report(verb, {{QStringLiteral("text"), QCoreApplication::translate(context.constData(), source.constData())}});
         return true;
+    }
+    if (verb == QLatin1String("setcrashmail")) {
+        ZVApplicationInfo::GetInstance()->SetReceiveEmailOnCrash(rest);
+        return true;
+    }
+    if (verb == QLatin1String("setuser")) {
+        ZVApplicationInfo::GetInstance()->SetUserEmailInfo(rest);
+        return true;
+    }
+    if (verb == QLatin1String("setsend")) {
+        ZVApplicationInfo::GetInstance()->SetSendEmailInfo(rest.section(QLatin1Char('|'), 0, 0),
+                                                           rest.section(QLatin1Char('|'), 1));
+        return true;
+    }
+    if (verb == QLatin1String("setupdaterargs")) {
+        ZVApplicationInfo::GetInstance()->SetUpdaterArguments(rest.split(QLatin1Char('|')));
+        return true;
+    }
+    if (verb == QLatin1String("feedbackargs")) {
+        report(verb, {{QStringLiteral("arguments"),
+                       QJsonArray::fromStringList(ZVApplicationInfo::GetInstance()->GetFeedbackArguments(rest == QLatin1String("1")))}});
+        return true;
+    }
+    if (verb == QLatin1String("startfeedback")) {
+        ZVApplicationInfo::GetInstance()->StartFeedback(rest == QLatin1String("1"));
+        return true;
+    }
+    if (verb == QLatin1String("properties")) {
+        const QVariant crashed = qApp->property("AppCrashed");
+        report(verb, {{QStringLiteral("AppCrashedSet"), crashed.isValid()},
+                      {QStringLiteral("AppCrashed"), crashed.toBool()}});
+        return true;
+    }
+    if (verb == QLatin1String("controlmodule")) {
+        new CControlModule(qApp);
+        return true;
+    }
+    if (verb == QLatin1String("send")) {
+        ZVCustomEventSendObj::GetInstance()->SendEvent(rest.toInt(), 1);
+        return true;
+    }
+    if (verb == QLatin1String("wait")) {
+        QEventLoop loop;
+        QTimer::singleShot(rest.toInt(), &loop, &QEventLoop::quit);
+        loop.exec();
+        return true;
+    }
+    if (verb == QLatin1String("crashhandle")) {
+        ZVApplicationInfo::InitCrashHandle();
+        return true;
+    }
+    if (verb == QLatin1String("crashcallback")) {
+        const QByteArray marker = QFile::encodeName(rest);
+        ZVApplicationInfo::GetInstance()->SetCrashCallback([marker](EXCEPTION_POINTERS* info) -> long {
+            if (FILE* f = std::fopen(marker.constData(), "w")) {
+                std::fprintf(f, "%d\n", info ? info->signalNumber : -1);
+                std::fclose(f);
+            }
+            return 1;
+        });
+        return true;
+    }
+    if (verb == QLatin1String("crashcallback-faulty")) {
+        ZVApplicationInfo::GetInstance()->SetCrashCallback([](EXCEPTION_POINTERS*) -> long {
+            crash_here();
+            return 1;
+        });
+        return true;
+    }
+    if (verb == QLatin1String("crashcallback-hang")) {
+        ZVApplicationInfo::GetInstance()->SetCrashCallback([](EXCEPTION_POINTERS*) -> long {
+            for (;;)
+                ::pause();
+        });
+        return true;
+    }
+    if (verb == QLatin1String("crash")) {
+        std::fflush(stdout);
+        if (rest == QLatin1String("segv")) {
+            crash_here();
+        } else if (rest == QLatin1String("segv-thread")) {
+            std::thread(crash_here).join();
+        } else if (rest == QLatin1String("abort")) {
+            std::abort();
+        } else if (rest == QLatin1String("fpe")) {
+            std::raise(SIGFPE);
+        } else if (rest == QLatin1String("two-threads")) {
+            std::thread a(crash_here);
+            std::thread b(crash_here);
+            a.join();
+            b.join();
+        } else if (rest == QLatin1String("overflow")) {
+            overflow_here(0);
+        }
+        return false;
     }
     std::fprintf(stderr, "zvprobe: unknown command %s\n", qPrintable(command));
     return false;

@@ -1,11 +1,18 @@
 #include "zvapplicationinfo.h"
 #include "zvapplicationinfo_p.h"
+#include "crashhandler_p.h"
 #include "desktopresolution_p.h"
+#include "launcharguments.h"
 
 #include <ZVCore/private/CCommonModule>
 #include <ZVCore/private/CLanguageStore>
 #include <ZVCore/private/CStyleSheetManager>
 #include <ZVCore/private/ZVDesktopServices>
+#include <ZVFoundation/CDataCollectionGA4>
+
+#include <QtCore/QAtomicPointer>
+#include <QtCore/QProcess>
+#include <QtCore/QVariant>
 
 #include <QtCore/QDebug>
 #include <QtCore/QDir>
@@ -26,7 +33,85 @@ constexpr int kHighDpiWidth = 2500;
 const QString kFrameworkSheet = QStringLiteral("ZVUIFramework.qss");
 const QString kFontFamily = QStringLiteral("Segoe UI");
 
+// Set once the context is built, for the crash handler, which must not build it.
+QAtomicPointer<ZVApplicationInfo> g_context;
+
+std::u16string u16(const QString& s)
+{
+    return std::u16string(reinterpret_cast<const char16_t*>(s.utf16()), size_t(s.size()));
+}
+
+QStringList toStringList(const std::vector<std::u16string>& list)
+{
+    QStringList out;
+    for (const std::u16string& s : list)
+        out.append(QString::fromUtf16(s.data(), int(s.size())));
+    return out;
+}
+
 } // namespace
+
+namespace Crash {
+
+ZVApplicationInfo* ExistingContext()
+{
+    return g_context.loadAcquire();
+}
+
+void RunHostSteps(EXCEPTION_POINTERS* info)
+{
+    ZVApplicationInfoPrivate::recordCrash();
+    if (ZVApplicationInfo* context = ExistingContext()) {
+        ZVApplicationInfoPrivate::logFeedbackStart(context->GetFeedbackArguments(true));
+        context->CallCrashCakkback(info);
+    }
+}
+
+} // namespace Crash
+
+QString ZVApplicationInfoPrivate::feedbackProgram()
+{
+    // The executable's folder as the system names it, without its trailing separator.
+    QString dir = CLanguageStore::GetInstance()->GetAppDir();
+    if (!dir.isEmpty())
+        dir.chop(1);
+    return dir + QLatin1Char('/') + QString::fromUtf16(kFeedbackProgram);
+}
+
+void ZVApplicationInfoPrivate::logFeedbackStart(const QStringList& arguments)
+{
+    qDebug() << "ZVCore: Start FeedBack ->" << arguments;
+}
+
+void ZVApplicationInfoPrivate::recordCrash()
+{
+    QCoreApplication* app = QCoreApplication::instance();
+    if (!app)
+        return;
+    app->setProperty("AppCrashed", true);
+    const QString collection = app->property("CrashDataCollection").toString();
+    if (!collection.isEmpty()) {
+        qDebug() << "send GA crash" << collection;
+        CDataCollectionGA4::GetInstance()->Send(QStringList{collection});
+    }
+}
+
+FeedbackFields ZVApplicationInfoPrivate::feedbackFields() const
+{
+    FeedbackFields fields;
+    fields.receiveEmailOnCrash = u16(receiveEmailOnCrash);
+    fields.fbReceiveEmailAccount = u16(fbReceiveEmailAccount);
+    fields.applicationFilePath = u16(QCoreApplication::instance() ? QCoreApplication::applicationFilePath() : QString());
+    fields.userEmailInfo = u16(userEmailInfo);
+    fields.sendEmailAccount = u16(sendEmailAccount);
+    fields.sendEmailPwd = u16(sendEmailPwd);
+    return fields;
+}
+
+void ZVApplicationInfoPrivate::prepareCrashFeedback()
+{
+    Crash::PrepareFeedback(feedbackProgram(), toStringList(FeedbackArguments(feedbackFields(), true)));
+}
 
 void ZVApplicationInfoPrivate::readProductInfo(const QString& path)
 {
@@ -96,6 +181,9 @@ ZVApplicationInfo::ZVApplicationInfo(QObject* parent)
     // the crash dump) resolve against the product's folder.
     if (!store->GetAppDir().isEmpty())
         QDir::setCurrent(store->GetAppDir());
+
+    d->prepareCrashFeedback();
+    g_context.storeRelease(this);
 }
 
 ZVApplicationInfo::~ZVApplicationInfo() = default;
@@ -157,12 +245,16 @@ void ZVApplicationInfo::SetInfo(const QString& info)
 
 void ZVApplicationInfo::SetReceiveEmailOnCrash(const QString& account)
 {
-    d_func()->receiveEmailOnCrash = account;
+    Q_D(ZVApplicationInfo);
+    d->receiveEmailOnCrash = account;
+    d->prepareCrashFeedback();
 }
 
 void ZVApplicationInfo::SetUserEmailInfo(const QString& email)
 {
-    d_func()->userEmailInfo = email;
+    Q_D(ZVApplicationInfo);
+    d->userEmailInfo = email;
+    d->prepareCrashFeedback();
 }
 
 void ZVApplicationInfo::SetSendEmailInfo(const QString& account, const QString& pwd)
@@ -170,6 +262,7 @@ void ZVApplicationInfo::SetSendEmailInfo(const QString& account, const QString& 
     Q_D(ZVApplicationInfo);
     d->sendEmailAccount = account;
     d->sendEmailPwd = pwd;
+    d->prepareCrashFeedback();
 }
 
 QStringList ZVApplicationInfo::GetUpdaterArguments()
@@ -233,6 +326,43 @@ void ZVApplicationInfo::InitSkin(bool normalPictures, const QString& skinName)
 
     CStyleSheetManager::Apply(d->qssFiles,
                               CStyleSheetManager::RelativeImagePath() ? pictureDir : imagePath);
+}
+
+void ZVApplicationInfo::InitCrashHandle()
+{
+    Crash::Install();
+    // A crash before the context exists still starts the feedback program, with the
+    // fields known so far.
+    if (ZVApplicationInfo* context = Crash::ExistingContext())
+        context->d_func()->prepareCrashFeedback();
+    else
+        ZVApplicationInfoPrivate().prepareCrashFeedback();
+}
+
+void ZVApplicationInfo::SetCrashCallback(std::function<long(EXCEPTION_POINTERS*)> callback)
+{
+    d_func()->crashCallback = std::move(callback);
+}
+
+void ZVApplicationInfo::CallCrashCakkback(EXCEPTION_POINTERS* info)
+{
+    Q_D(ZVApplicationInfo);
+    if (d->crashCallback)
+        d->crashCallback(info);
+}
+
+QStringList ZVApplicationInfo::GetFeedbackArguments(bool crashed)
+{
+    return toStringList(FeedbackArguments(d_func()->feedbackFields(), crashed));
+}
+
+void ZVApplicationInfo::StartFeedback(bool crashed)
+{
+    if (crashed)
+        ZVApplicationInfoPrivate::recordCrash();
+    const QStringList arguments = GetFeedbackArguments(crashed);
+    QProcess::startDetached(ZVApplicationInfoPrivate::feedbackProgram(), arguments);
+    ZVApplicationInfoPrivate::logFeedbackStart(arguments);
 }
 
 } // namespace ZVUIFramework

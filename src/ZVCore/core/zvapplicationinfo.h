@@ -9,6 +9,32 @@
 #include <QtCore/QString>
 #include <QtCore/QStringList>
 
+#include <functional>
+
+#if defined(Q_OS_WIN)
+// The system's own type; <windows.h> defines it in full.
+struct _EXCEPTION_POINTERS;
+typedef struct _EXCEPTION_POINTERS EXCEPTION_POINTERS;
+#else
+#include <csignal>
+#include <ucontext.h>
+
+namespace ZVUIFramework {
+/// What a crash callback learns of the crash where there are signals instead of
+/// structured exceptions.
+struct CrashContext
+{
+    int signalNumber;
+    siginfo_t* signalInfo;
+    ucontext_t* context;
+};
+} // namespace ZVUIFramework
+
+// The same callback signature on every platform: hosts write
+// std::function<long(EXCEPTION_POINTERS*)> wherever they build.
+typedef ZVUIFramework::CrashContext EXCEPTION_POINTERS;
+#endif
+
 class CSkin;
 
 namespace ZVUIFramework {
@@ -81,6 +107,21 @@ public:
     /// Whether the desktop is wider than 2500 physical pixels, which selects the
     /// "Picture4K" pictures.
     bool IsHighDPI();
+
+    /// Installs the crash handler: on a crash the process writes "crashcore.dmp" into
+    /// the current directory, starts the feedback program in crash mode and calls the
+    /// host's callback. Call it early in main, after the QApplication exists.
+    static void InitCrashHandle();
+    /// Replaces the host's crash callback; an empty function clears it.
+    void SetCrashCallback(std::function<long(EXCEPTION_POINTERS*)> callback);
+    /// Calls the host's crash callback, if one is set; its result is not used.
+    void CallCrashCakkback(EXCEPTION_POINTERS* info);
+
+    /// The feedback program's six arguments (see StartFeedback).
+    QStringList GetFeedbackArguments(bool crashed);
+    /// Starts the feedback program beside the executable, detached: with the crash
+    /// address and "0" after a crash, with the feedback address and "1" otherwise.
+    void StartFeedback(bool crashed);
 
 private:
     explicit ZVApplicationInfo(QObject* parent);

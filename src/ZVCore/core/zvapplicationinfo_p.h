@@ -10,10 +10,14 @@
 //
 
 #include <ZVCore/CSkin>
+#include <ZVCore/ZVApplicationInfo>
+#include <ZVCore/private/LaunchArguments>
 
 #include <QtCore/QMap>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+
+#include <functional>
 
 namespace ZVUIFramework {
 
@@ -35,8 +39,17 @@ public:
     // Style-sheet file name -> rewrite "url(:/" references. Key order is the order in
     // which the sheets are concatenated.
     QMap<QString, bool> qssFiles;
+    std::function<long(EXCEPTION_POINTERS*)> crashCallback;
 
     void readProductInfo(const QString& path);
+    FeedbackFields feedbackFields() const;
+    // The crash handler cannot build the feedback command line when it runs; it gets
+    // it ready now, whenever a field of it changes.
+    void prepareCrashFeedback();
+    // Step one of a crash report: the "AppCrashed" property and the analytics event.
+    static void recordCrash();
+    static QString feedbackProgram();
+    static void logFeedbackStart(const QStringList& arguments);
 };
 
 } // namespace ZVUIFramework

@@ -1,0 +1,207 @@
+// The crash handler where crashes arrive as signals. Up to the start of the feedback
+// program it is async-signal-safe: no allocation, no locks, no Qt; the command line was
+// prepared before the crash. What needs Qt follows under a watchdog, and the signal's
+// default action ends the process, so its exit status tells what killed it.
+#include "crashhandler_p.h"
+
+#if defined(__linux__)
+#include "minidump_linux.h"
+#endif
+
+#include <QtCore/QFile>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstring>
+#include <memory>
+#include <mutex>
+#include <vector>
+
+#include <sys/mman.h>
+#include <sys/syscall.h>
+#include <sys/wait.h>
+#include <unistd.h>
+
+extern char** environ;
+
+namespace ZVUIFramework {
+namespace Crash {
+
+namespace {
+
+constexpr int kSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP};
+// Large enough for the handler, the dump writer and a stack overflow's aftermath.
+constexpr size_t kAltStackSize = 256 * 1024;
+// How long the steps that need Qt may take before the process ends anyway: they may
+// wait for a lock the crashed thread held.
+constexpr unsigned kWatchdogSeconds = 5;
+
+// A prepared command line: one block holding the argv array and its strings.
+struct Command
+{
+    const char* path = nullptr;
+    std::vector<char*> argv;
+    std::vector<char> storage;
+};
+
+// Published with release semantics; a crash reads whichever command was current. Old
+// commands stay alive (and reachable) since a crash on another thread may be reading
+// one while the GUI thread prepares the next.
+std::atomic<Command*> g_command{nullptr};
+std::vector<std::unique_ptr<Command>> g_commands;
+std::mutex g_commandsLock; // taken only outside the handler
+
+std::atomic<pid_t> g_handlingThread{0};
+std::atomic<int> g_crashSignal{0};
+
+pid_t currentThread()
+{
+    return pid_t(::syscall(SYS_gettid));
+}
+
+void restoreDefault(int sig)
+{
+    struct sigaction action;
+    std::memset(&action, 0, sizeof action);
+    action.sa_handler = SIG_DFL;
+    sigemptyset(&action.sa_mask);
+    ::sigaction(sig, &action, nullptr);
+}
+
+// Ends the process with \a sig's default action, from the calling thread.
+void dieBy(int sig)
+{
+    restoreDefault(sig);
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, sig);
+    ::pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+    ::syscall(SYS_tgkill, ::getpid(), currentThread(), sig);
+}
+
+// A raw fork: glibc's fork() runs atfork handlers and takes locks, which a crashed
+// process may hold.
+pid_t rawFork()
+{
+    return pid_t(::syscall(SYS_clone, SIGCHLD, 0, 0, 0, 0));
+}
+
+void startFeedback()
+{
+    const Command* command = g_command.load(std::memory_order_acquire);
+    if (!command || !command->path)
+        return;
+    const pid_t child = rawFork();
+    if (child == 0) {
+        // Started detached: the grandchild is adopted by init and outlives the host.
+        const pid_t grandchild = rawFork();
+        if (grandchild == 0) {
+            ::setsid();
+            ::execve(command->path, command->argv.data(), environ);
+            ::_exit(127);
+        }
+        ::_exit(grandchild > 0 ? 0 : 1);
+    }
+    if (child > 0) {
+        int status = 0;
+        while (::waitpid(child, &status, 0) < 0 && errno == EINTR) {
+        }
+    }
+}
+
+void onWatchdog(int)
+{
+    dieBy(g_crashSignal.load());
+}
+
+void onCrash(int sig, siginfo_t* info, void* context)
+{
+    const pid_t self = currentThread();
+    pid_t expected = 0;
+    if (!g_handlingThread.compare_exchange_strong(expected, self)) {
+        if (expected == self) {
+            // A fault while handling one: straight to the default action.
+            dieBy(sig);
+            return;
+        }
+        // Another thread is reporting a crash already and will end the process.
+        for (;;)
+            ::pause();
+    }
+    g_crashSignal.store(sig);
+
+#if defined(__linux__)
+    Minidump::WriteLinuxMinidump("crashcore.dmp", sig, info, static_cast<const ucontext_t*>(context), self);
+#endif
+    startFeedback();
+
+    struct sigaction watchdog;
+    std::memset(&watchdog, 0, sizeof watchdog);
+    watchdog.sa_handler = onWatchdog;
+    sigemptyset(&watchdog.sa_mask);
+    ::sigaction(SIGALRM, &watchdog, nullptr);
+    ::alarm(kWatchdogSeconds);
+
+    CrashContext crash{sig, info, static_cast<ucontext_t*>(context)};
+    RunHostSteps(&crash);
+
+    ::alarm(0);
+    dieBy(sig);
+}
+
+} // namespace
+
+void Install()
+{
+    static bool installed = false;
+    if (installed)
+        return;
+    installed = true;
+
+    // The handler must run on a stack of its own, or a stack overflow could not be
+    // reported. The stack belongs to the installing thread, normally the main thread.
+    void* stack = ::mmap(nullptr, kAltStackSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
+    if (stack != MAP_FAILED) {
+        stack_t alt;
+        alt.ss_sp = stack;
+        alt.ss_size = kAltStackSize;
+        alt.ss_flags = 0;
+        ::sigaltstack(&alt, nullptr);
+    }
+
+    struct sigaction action;
+    std::memset(&action, 0, sizeof action);
+    action.sa_sigaction = onCrash;
+    action.sa_flags = SA_SIGINFO | SA_ONSTACK;
+    sigemptyset(&action.sa_mask);
+    for (int sig : kSignals)
+        sigaddset(&action.sa_mask, sig);
+    for (int sig : kSignals)
+        ::sigaction(sig, &action, nullptr);
+}
+
+void PrepareFeedback(const QString& program, const QStringList& arguments)
+{
+    auto command = std::make_unique<Command>();
+    QList<QByteArray> parts{QFile::encodeName(program)};
+    for (const QString& argument : arguments)
+        parts.append(argument.toLocal8Bit());
+    std::vector<size_t> offsets;
+    for (const QByteArray& part : parts) {
+        offsets.push_back(command->storage.size());
+        command->storage.insert(command->storage.end(), part.cbegin(), part.cend());
+        command->storage.push_back('\0');
+    }
+    for (size_t offset : offsets)
+        command->argv.push_back(command->storage.data() + offset);
+    command->argv.push_back(nullptr);
+    command->path = command->argv.front();
+
+    std::lock_guard<std::mutex> lock(g_commandsLock);
+    g_command.store(command.get(), std::memory_order_release);
+    g_commands.push_back(std::move(command));
+}
+
+} // namespace Crash
+} // namespace ZVUIFramework
