@@ -47,6 +47,8 @@ ZV_BUILD_PACKAGES=(
 # setpriv (util-linux) so that permission tests also hold when run as root.
 ZV_TEST_PACKAGES=(
     xvfb xauth util-linux lldb
+    # The windows lane: the MinGW-w64 cross compiler and a 64-bit-only Wine.
+    g++-mingw-w64-x86-64-posix wine wine64
 )
 
 zv_cmake_generator() {

@@ -1,0 +1,137 @@
+#include "crashfilter_win.h"
+
+namespace ZVUIFramework {
+namespace WinCrash {
+
+namespace {
+
+AfterDump s_after = nullptr;
+
+using MiniDumpWriteDumpFunction = BOOL(WINAPI*)(HANDLE process, DWORD processId, HANDLE file, MINIDUMP_TYPE type,
+                                                PMINIDUMP_EXCEPTION_INFORMATION exception,
+                                                PMINIDUMP_USER_STREAM_INFORMATION userStreams,
+                                                PMINIDUMP_CALLBACK_INFORMATION callback);
+
+// dbghelp is loaded only when a dump is due: the library then needs no import of it, and
+// a system without it still gets the host side of the crash handling.
+MiniDumpWriteDumpFunction miniDumpWriteDump()
+{
+    HMODULE dbghelp = ::LoadLibraryW(L"dbghelp.dll");
+    if (!dbghelp)
+        return nullptr;
+    return reinterpret_cast<MiniDumpWriteDumpFunction>(
+        reinterpret_cast<void*>(::GetProcAddress(dbghelp, "MiniDumpWriteDump")));
+}
+
+wchar_t asciiLower(wchar_t c)
+{
+    return (c >= L'A' && c <= L'Z') ? wchar_t(c - L'A' + L'a') : c;
+}
+
+// True when the file name of \a path, without directory and extension, is "ntdll" in
+// any case. Written out by hand: this runs inside a crashed process, where the C
+// runtime's locale machinery is better left alone.
+bool isNtdll(const wchar_t* path)
+{
+    if (!path)
+        return false;
+    const wchar_t* name = path;
+    const wchar_t* dot = nullptr;
+    for (const wchar_t* p = path; *p; ++p) {
+        if (*p == L'\\' || *p == L'/') {
+            name = p + 1;
+            dot = nullptr;
+        } else if (*p == L'.') {
+            dot = p;
+        }
+    }
+    const wchar_t* end = dot ? dot : name;
+    if (!dot)
+        while (*end)
+            ++end;
+    static const wchar_t wanted[] = L"ntdll";
+    const wchar_t* w = wanted;
+    for (const wchar_t* p = name; p != end; ++p, ++w) {
+        if (!*w || asciiLower(*p) != *w)
+            return false;
+    }
+    return *w == L'\0';
+}
+
+} // namespace
+
+void InstallFilter(AfterDump after)
+{
+    s_after = after;
+    ::SetUnhandledExceptionFilter(&Filter);
+    Seal();
+}
+
+void Seal()
+{
+    HMODULE kernel = ::LoadLibraryA("kernel32.dll");
+    if (!kernel)
+        return;
+    void* address = reinterpret_cast<void*>(::GetProcAddress(kernel, "SetUnhandledExceptionFilter"));
+    if (!address)
+        return;
+
+    // xor eax,eax; ret: every caller gets null back at once, before the function could
+    // touch the filter. Four nops fill the seven bytes that are written.
+    static const unsigned char patch[7] = {0x33, 0xC0, 0xC3, 0x90, 0x90, 0x90, 0x90};
+
+    // The two VirtualProtectEx calls pass a null process handle on purpose and are to stay
+    // exactly so. With that handle they fail and change nothing (the "restore" hands back
+    // whatever the first call left in oldProtect), so they are harmless. The patch does
+    // not depend on them: WriteProcessMemory makes the code page writable for the copy
+    // and restores its protection by itself.
+    DWORD oldProtect = 0;
+    ::VirtualProtectEx(nullptr, address, sizeof patch, PAGE_READWRITE, &oldProtect);
+    SIZE_T written = 0;
+    ::WriteProcessMemory(::GetCurrentProcess(), address, patch, sizeof patch, &written);
+    DWORD ignored = 0;
+    ::VirtualProtectEx(nullptr, address, sizeof patch, oldProtect, &ignored);
+}
+
+LONG WINAPI Filter(EXCEPTION_POINTERS* info)
+{
+    HANDLE file = ::CreateFileW(L"crashcore.dmp", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_WRITE, nullptr,
+                                CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file && file != INVALID_HANDLE_VALUE) {
+        MINIDUMP_EXCEPTION_INFORMATION exceptionInformation{::GetCurrentThreadId(), info, FALSE};
+        MINIDUMP_CALLBACK_INFORMATION callbackInformation{&DumpCallback, nullptr};
+        if (const MiniDumpWriteDumpFunction write = miniDumpWriteDump()) {
+            write(::GetCurrentProcess(), ::GetCurrentProcessId(), file, MiniDumpNormal,
+                  info ? &exceptionInformation : nullptr, nullptr, &callbackInformation);
+        }
+        ::CloseHandle(file);
+    }
+    if (s_after)
+        s_after(info);
+    return EXCEPTION_EXECUTE_HANDLER;
+}
+
+BOOL CALLBACK DumpCallback(PVOID /*param*/, const PMINIDUMP_CALLBACK_INPUT input, PMINIDUMP_CALLBACK_OUTPUT output)
+{
+    if (!input || !output)
+        return FALSE;
+    switch (input->CallbackType) {
+    case ModuleCallback:
+        // Data segments make a dump large; ntdll's hold the loader and heap state that
+        // a crash analysis needs, so only it keeps them (when the dump type asks for
+        // them at all).
+        if (!isNtdll(input->Module.FullPath))
+            output->ModuleWriteFlags &= ~ULONG(ModuleWriteDataSeg);
+        return TRUE;
+    case ThreadCallback:
+    case ThreadExCallback:
+    case IncludeThreadCallback:
+    case IncludeModuleCallback:
+        return TRUE;
+    default:
+        return FALSE;
+    }
+}
+
+} // namespace WinCrash
+} // namespace ZVUIFramework

@@ -1,0 +1,50 @@
+#ifndef ZVCORE_CRASHFILTER_WIN_H
+#define ZVCORE_CRASHFILTER_WIN_H
+
+//
+//  W A R N I N G
+//  -------------
+//
+// This file is not part of the ZVCore API. It exists for the convenience of the
+// implementation and may change from version to version without notice.
+//
+
+// The last word on an unhandled exception on Windows: a minidump beside the working
+// directory, then the host side. Plain Win32 without Qt, because it runs in a process
+// whose state can no longer be trusted.
+
+#include <ZVCore/zvcore_export.h>
+
+#include <windows.h>
+
+#include <dbghelp.h>
+
+namespace ZVUIFramework {
+namespace WinCrash {
+
+// The host side: feedback launch, then the host callback.
+using AfterDump = void (*)(EXCEPTION_POINTERS* info);
+
+// Makes Filter the process's unhandled exception filter, remembers \a after (may be
+// null) and seals the filter with Seal().
+ZVCORE_AUTOTEST_EXPORT void InstallFilter(AfterDump after);
+
+// Turns SetUnhandledExceptionFilter of this process into a function that returns null
+// and changes nothing, so that no module loaded later (a runtime library, a plug-in)
+// can take the filter away.
+ZVCORE_AUTOTEST_EXPORT void Seal();
+
+// Writes "crashcore.dmp" in the working directory, calls the AfterDump given to
+// InstallFilter, and returns EXCEPTION_EXECUTE_HANDLER so that the process ends with
+// the exception code.
+ZVCORE_AUTOTEST_EXPORT LONG WINAPI Filter(EXCEPTION_POINTERS* info);
+
+// Keeps the dump small: module data segments only for ntdll, and only the thread and
+// module records.
+ZVCORE_AUTOTEST_EXPORT BOOL CALLBACK DumpCallback(PVOID param, const PMINIDUMP_CALLBACK_INPUT input,
+                                                  PMINIDUMP_CALLBACK_OUTPUT output);
+
+} // namespace WinCrash
+} // namespace ZVUIFramework
+
+#endif // ZVCORE_CRASHFILTER_WIN_H

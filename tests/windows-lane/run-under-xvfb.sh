@@ -1,0 +1,118 @@
+#!/bin/sh
+# Runs the Windows lane's tests (the ctest of a built tests/windows) under Wine, on a
+# private X server that lives exactly as long as this script.
+#
+#   run-under-xvfb.sh <ctest> <lane build dir> <wine prefix> [ctest arguments...]
+#
+# Exits with 77 (reported by ctest as skipped) when Wine or MinGW-w64 is missing.
+# The prefix is created on first use; a prefix whose creation did not finish is made
+# anew. Xvfb and the prefix's wineserver are stopped at the end, also on failure.
+set -u
+
+skip=77
+if [ $# -lt 3 ]; then
+    echo "usage: $0 <ctest> <lane build dir> <wine prefix> [ctest arguments...]" >&2
+    exit 2
+fi
+ctest=$1
+lane=$2
+prefix=$3
+shift 3
+
+missing=
+command -v x86_64-w64-mingw32-g++-posix >/dev/null 2>&1 || missing="$missing g++-mingw-w64-x86-64-posix"
+command -v wine >/dev/null 2>&1 || missing="$missing wine wine64"
+if [ -n "$missing" ]; then
+    echo "SKIPPED: the Windows lane needs MinGW-w64 and Wine; not installed:$missing" >&2
+    echo "         (scripts/deps.sh installs them with the test packages)" >&2
+    exit $skip
+fi
+if ! command -v Xvfb >/dev/null 2>&1; then
+    echo "Xvfb is not installed (Debian package xvfb)" >&2
+    exit 1
+fi
+if [ ! -f "$lane/CTestTestfile.cmake" ]; then
+    echo "the Windows lane is not built in $lane (the test windows.lane.build does that)" >&2
+    exit 1
+fi
+
+export WINEPREFIX="$prefix"
+export WINEDEBUG=-all
+# No Mono and no Gecko: without this the first start offers to download them.
+export WINEDLLOVERRIDES="mscoree,mshtml="
+unset WINEARCH WINESERVER WINELOADER
+
+work=$(mktemp -d "${TMPDIR:-/tmp}/zvwinlane.XXXXXX") || exit 1
+xvfb_pid=
+prefix_used=
+cleanup() {
+    # Only what this script started: the prefix's wineserver and our own X server.
+    if [ -n "$prefix_used" ]; then
+        wineserver -k >/dev/null 2>&1
+        wineserver -w >/dev/null 2>&1
+    fi
+    if [ -n "$xvfb_pid" ]; then
+        kill "$xvfb_pid" 2>/dev/null
+        wait "$xvfb_pid" 2>/dev/null
+    fi
+    rm -rf "$work"
+}
+trap cleanup EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM
+
+# Xvfb picks a free display and writes its number to the descriptor given.
+Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$work/display" 2>"$work/xvfb.log" &
+xvfb_pid=$!
+tries=0
+while ! grep -q '^[0-9][0-9]*$' "$work/display" 2>/dev/null; do
+    tries=$((tries + 1))
+    if [ $tries -gt 200 ] || ! kill -0 "$xvfb_pid" 2>/dev/null; then
+        echo "Xvfb reported no display:" >&2
+        cat "$work/xvfb.log" >&2
+        exit 1
+    fi
+    sleep 0.1
+done
+export DISPLAY=":$(cat "$work/display")"
+echo "Xvfb on $DISPLAY (pid $xvfb_pid), WINEPREFIX=$WINEPREFIX"
+
+# The prefix is this lane's own: "owned" is written before wineboot starts, "ready" once
+# it is done. An owned prefix that is not ready was cut short and is made anew; a folder
+# that is not ours is never removed.
+owned="$WINEPREFIX/.zvcore-prefix-owned"
+ready="$WINEPREFIX/.zvcore-prefix-ready"
+if [ ! -f "$ready" ]; then
+    if [ -d "$WINEPREFIX" ] && [ ! -f "$owned" ] && [ -n "$(ls -A "$WINEPREFIX")" ]; then
+        echo "$WINEPREFIX exists and is not a prefix of this lane; not touching it" >&2
+        exit 1
+    fi
+    echo "creating the Wine prefix (the first start takes a while)"
+    prefix_used=1
+    rm -rf "$WINEPREFIX"
+    mkdir -p "$WINEPREFIX" && touch "$owned" || exit 1
+    started=$(date +%s)
+    wineboot -i >"$work/wineboot.log" 2>&1
+    wineserver -w
+    # A crash that no filter handles prints a backtrace and ends the process, instead of
+    # waiting in a dialog on a display nobody looks at.
+    wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >>"$work/wineboot.log" 2>&1
+    wineserver -w
+    if [ ! -f "$WINEPREFIX/system.reg" ]; then
+        echo "wineboot did not create the prefix:" >&2
+        cat "$work/wineboot.log" >&2
+        exit 1
+    fi
+    touch "$ready"
+    echo "Wine prefix ready after $(( $(date +%s) - started )) s"
+fi
+
+prefix_used=1
+# One server for the whole run: without it each test program would start a server and
+# the session's services anew. The cleanup above stops it.
+wineserver -p
+wine cmd /c exit >/dev/null 2>&1
+
+"$ctest" --test-dir "$lane" --output-on-failure "$@"
+rc=$?
+exit $rc
