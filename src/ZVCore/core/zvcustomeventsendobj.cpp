@@ -43,6 +43,17 @@ void ZVCustomEventSendObj::Detach(const int& id)
     d->receivers.remove(id);
 }
 
+bool ZVCustomEventSendObj::HasReceiver(const int& id) const
+{
+    Q_D(const ZVCustomEventSendObj);
+    const QList<QPointer<QObject>> targets = d->receiversOf(id);
+    for (const QPointer<QObject>& receiver : targets) {
+        if (receiver)
+            return true;
+    }
+    return false;
+}
+
 void ZVCustomEventSendObj::PostEvent(const int& id, int value)
 {
     Q_D(ZVCustomEventSendObj);

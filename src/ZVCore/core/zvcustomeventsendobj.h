@@ -38,6 +38,9 @@ public:
     void Attach(const int& id, QObject* receiver);
     /// Removes every receiver of the id.
     void Detach(const int& id);
+    /// Whether a receiver that is still alive is attached under the id, i.e. whether
+    /// PostEvent(ZVCustomEvent*) would hand an event of that type to Qt.
+    bool HasReceiver(const int& id) const;
 
     /// Queues a new event (id, value) for each receiver; Qt's queue owns each one.
     void PostEvent(const int& id, int value);

@@ -387,6 +387,55 @@ private slots:
         QVERIFY(!destroyed);
     }
 
+    void hasReceiver_data()
+    {
+        QTest::addColumn<QString>("setup");
+        QTest::addColumn<bool>("expected");
+        QTest::newRow("nothing attached") << "none" << false;
+        QTest::newRow("one receiver") << "live" << true;
+        QTest::newRow("only a null receiver") << "null" << false;
+        QTest::newRow("only a destroyed receiver") << "destroyed" << false;
+        QTest::newRow("a live one among null and destroyed ones") << "mixed" << true;
+        QTest::newRow("attached, then detached") << "detached" << false;
+        QTest::newRow("attached under another id") << "other" << false;
+    }
+
+    void hasReceiver()
+    {
+        QFETCH(QString, setup);
+        QFETCH(bool, expected);
+        Receiver live;
+        auto* doomed = new Receiver;
+        if (setup == QLatin1String("live")) {
+            bus()->Attach(kId, &live);
+        } else if (setup == QLatin1String("null")) {
+            bus()->Attach(kId, nullptr);
+        } else if (setup == QLatin1String("destroyed")) {
+            bus()->Attach(kId, doomed);
+        } else if (setup == QLatin1String("mixed")) {
+            bus()->Attach(kId, nullptr);
+            bus()->Attach(kId, doomed);
+            bus()->Attach(kId, &live);
+        } else if (setup == QLatin1String("detached")) {
+            bus()->Attach(kId, &live);
+            bus()->Detach(kId);
+        } else if (setup == QLatin1String("other")) {
+            bus()->Attach(kOtherId, &live);
+        }
+        delete doomed;
+
+        QCOMPARE(bus()->HasReceiver(kId), expected);
+
+        // It answers exactly whether posting the caller's event hands it over.
+        bool destroyed = false;
+        auto* event = new TrackedEvent(kId, 0, &destroyed);
+        bus()->PostEvent(event);
+        QCoreApplication::processEvents();
+        QCOMPARE(destroyed, expected);
+        if (!destroyed)
+            delete event;
+    }
+
     void nullEventPointersAreIgnored()
     {
         Receiver r;
