@@ -40,13 +40,15 @@ zv_require() {
 ZV_BUILD_PACKAGES=(
     g++ make cmake ninja-build ccache pkg-config
     qtbase5-dev qttools5-dev qttools5-dev-tools
-    rapidjson-dev
+    rapidjson-dev libxcb1-dev
 )
 
 # What the test suite needs besides: a private X server for the display lane, and
 # setpriv (util-linux) so that permission tests also hold when run as root.
 ZV_TEST_PACKAGES=(
     xvfb xauth util-linux lldb
+    # The display lane: window manager, compositor, input, window queries, screenshots.
+    openbox xcompmgr xdotool x11-utils imagemagick x11-xserver-utils
     # The windows lane: the MinGW-w64 cross compiler and a 64-bit-only Wine.
     g++-mingw-w64-x86-64-posix wine wine64
 )

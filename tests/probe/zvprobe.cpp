@@ -45,10 +45,14 @@
 //   menulang:<name>                          title menu: SetLanguage, then the posted LanguageChange
 //   menutrigger:<name>                       title menu: triggers the entry named <name>
 //   menushow                                 title menu: slotShowMenu from a button
+//   corewindow:<action>[:<arg>]              the core window as a host builds it: build |
+//                                            show:<x>,<y>,<w>,<h> | spin | report |
+//                                            hittest:<l>,<t>,<w>,<h>,<x>,<y> (physical pixels)
 // Log lines go to standard error as Qt writes them; tests set QT_MESSAGE_PATTERN.
 #include <ZVCore/CSkin>
 #include <ZVCore/ZVApplicationInfo>
 #include <ZVCore/ZVCustomEventSendObj>
+#include <ZVCore/ZVCoreWindow>
 #include <ZVCore/private/CCommonModule>
 #include <ZVCore/private/CControlModule>
 #include <ZVCore/private/CLanguageStore>
@@ -94,6 +98,7 @@
 #include <QtCore/QTimer>
 
 #include <cstdio>
+#include <cstring>
 #include <csignal>
 #include <cstdlib>
 #include <thread>
@@ -961,14 +966,102 @@ bool run(const QString& command)
     if (verb == QLatin1String("menu") || verb == QLatin1String("menulang") || verb == QLatin1String("menutrigger")
         || verb == QLatin1String("menushow"))
         return titleMenuCommand(verb, rest);
+    if (verb == QLatin1String("highdpi")) {
+        return true; // done before the application object existed
+    }
+    if (verb == QLatin1String("highdpi-report")) {
+        QFile factor(CLanguageStore::GetInstance()->GetAppDir() + QStringLiteral("factor.tmp"));
+        const bool exists = factor.open(QIODevice::ReadOnly);
+        report(verb, {
+            {QStringLiteral("scaleFactorSet"), qEnvironmentVariableIsSet("QT_SCALE_FACTOR")},
+            {QStringLiteral("scaleFactor"), QString::fromLocal8Bit(qgetenv("QT_SCALE_FACTOR"))},
+            {QStringLiteral("qtScaling"), QCoreApplication::testAttribute(Qt::AA_EnableHighDpiScaling)},
+            {QStringLiteral("pixmaps"), QCoreApplication::testAttribute(Qt::AA_UseHighDpiPixmaps)},
+            {QStringLiteral("factorFile"), exists},
+            {QStringLiteral("factorHex"), QString::fromLatin1(exists ? factor.readAll().toHex() : QByteArray())},
+        });
+        return true;
+    }
+    if (verb == QLatin1String("corewindow")) {
+        // The latest core window, built and placed as a host does.
+        static QPointer<ZVCoreWindow> coreWindow;
+        const QString action = rest.section(QLatin1Char(':'), 0, 0);
+        QList<int> numbers;
+        for (const QString& n : rest.section(QLatin1Char(':'), 1).split(QLatin1Char(','), Qt::SkipEmptyParts))
+            numbers.append(n.toInt());
+        if (action == QLatin1String("build")) {
+            coreWindow = new ZVCoreWindow(nullptr);
+            coreWindow->setMenuWidget(coreWindow->GetTitleWidget());
+        } else if (action == QLatin1String("show") && coreWindow && numbers.size() == 4) {
+            coreWindow->setGeometry(numbers.at(0), numbers.at(1), numbers.at(2), numbers.at(3));
+            coreWindow->show();
+            QEventLoop loop;
+            QTimer::singleShot(50, &loop, &QEventLoop::quit);
+            loop.exec();
+        } else if (action == QLatin1String("spin")) {
+            // One pass of the event loop, as the host's exec() starts with.
+            QEventLoop loop;
+            QTimer::singleShot(0, &loop, &QEventLoop::quit);
+            loop.exec();
+        } else if (action == QLatin1String("report") && coreWindow) {
+            const auto* title = qobject_cast<ZVMainWindowTitle*>(coreWindow->GetTitleWidget());
+            const CCustomMenu* menu = title && title->menuView() ? title->menuView()->menu() : nullptr;
+            QJsonArray keys;
+            QJsonArray texts;
+            if (menu) {
+                for (const QAction* a : menu->actions()) {
+                    if (a->isSeparator())
+                        continue;
+                    keys.append(a->property("key").toString());
+                    texts.append(a->text());
+                }
+            }
+            report(verb + QLatin1Char(':') + action, {
+                {QStringLiteral("hasTitle"), title != nullptr},
+                {QStringLiteral("hasMenu"), menu != nullptr},
+                {QStringLiteral("menuName"), menu ? menu->objectName() : QString()},
+                {QStringLiteral("keys"), keys},
+                {QStringLiteral("texts"), texts},
+                {QStringLiteral("language"), ZVApplicationInfo::GetInstance()->GetCurrentLanguage()},
+                {QStringLiteral("catalogueSize"), int(CLanguageStore::GetInstance()->GetLanguageList().size())},
+                {QStringLiteral("dpr"), coreWindow->devicePixelRatioF()},
+            });
+        } else if (action == QLatin1String("hittest") && coreWindow && numbers.size() == 6) {
+            const QRect windowRect(numbers.at(0), numbers.at(1), numbers.at(2), numbers.at(3));
+            const QPoint pos(numbers.at(4), numbers.at(5));
+            report(verb + QLatin1Char(':') + action, {
+                {QStringLiteral("x"), pos.x()},
+                {QStringLiteral("y"), pos.y()},
+                {QStringLiteral("code"), double(coreWindow->HitTest(windowRect, pos))},
+                {QStringLiteral("dpr"), coreWindow->devicePixelRatioF()},
+            });
+        } else {
+            return false;
+        }
+        return true;
+    }
     std::fprintf(stderr, "zvprobe: unknown command %s\n", qPrintable(command));
     return false;
 }
 
 } // namespace
 
+// "highdpi:<name>=<value>,..." as the first command runs the high-DPI decision before the
+// application object exists, as a host does; "highdpi-report" then shows its effects.
+static void enableHighDpiFromArguments(int argc, char** argv)
+{
+    if (argc < 2 || std::strncmp(argv[1], "highdpi:", 8) != 0)
+        return;
+    QMap<QString, QVariant> options;
+    const QString list = QString::fromUtf8(argv[1] + 8);
+    for (const QString& item : list.split(QLatin1Char(','), Qt::SkipEmptyParts))
+        options.insert(item.section(QLatin1Char('='), 0, 0), item.section(QLatin1Char('='), 1));
+    ZVApplicationInfo::EnableHighDPISupport(options);
+}
+
 int main(int argc, char** argv)
 {
+    enableHighDpiFromArguments(argc, argv);
     QApplication app(argc, argv);
     const QStringList commands = QCoreApplication::arguments().mid(1);
     for (const QString& command : commands) {

@@ -3,6 +3,8 @@
 #include "crashhandler_p.h"
 #include "desktopresolution_p.h"
 #include "launcharguments.h"
+#include "planhighdpi.h"
+#include "screenmetrics_p.h"
 
 #include <ZVCore/private/CCommonModule>
 #include <ZVCore/private/CLanguageStore>
@@ -11,6 +13,7 @@
 #include <ZVFoundation/CDataCollectionGA4>
 
 #include <QtCore/QAtomicPointer>
+#include <QtCore/QSaveFile>
 #include <QtCore/QProcess>
 #include <QtCore/QVariant>
 
@@ -326,6 +329,90 @@ void ZVApplicationInfo::InitSkin(bool normalPictures, const QString& skinName)
 
     CStyleSheetManager::Apply(d->qssFiles,
                               CStyleSheetManager::RelativeImagePath() ? pictureDir : imagePath);
+}
+
+namespace {
+
+// Option values as the high-DPI decision reads them: a value that is not a number reads
+// as 0 or false (where QVariant would call any other text true).
+bool optionBool(const QVariant& value)
+{
+    if (value.type() == QVariant::Bool)
+        return value.toBool();
+    if (value.type() == QVariant::String) {
+        const QString text = value.toString().trimmed();
+        if (text.compare(QLatin1String("true"), Qt::CaseInsensitive) == 0)
+            return true;
+        bool ok = false;
+        const double number = text.toDouble(&ok);
+        return ok && number != 0.0;
+    }
+    bool ok = false;
+    const double number = value.toDouble(&ok);
+    return ok && number != 0.0;
+}
+
+int optionInt(const QVariant& value)
+{
+    bool ok = false;
+    const int number = value.toInt(&ok);
+    return ok ? number : 0;
+}
+
+double optionDouble(const QVariant& value)
+{
+    bool ok = false;
+    const double number = value.toDouble(&ok);
+    return ok ? number : 0.0;
+}
+
+} // namespace
+
+void ZVApplicationInfo::EnableHighDPISupport(const QMap<QString, QVariant>& options)
+{
+    HighDpiOptions o;
+    if (options.contains(QStringLiteral("ignoreSystemFactor")))
+        o.ignoreSystemFactor = optionBool(options.value(QStringLiteral("ignoreSystemFactor")));
+    if (options.contains(QStringLiteral("windowWidth")))
+        o.windowWidth = optionInt(options.value(QStringLiteral("windowWidth")));
+    if (options.contains(QStringLiteral("windowHeight")))
+        o.windowHeight = optionInt(options.value(QStringLiteral("windowHeight")));
+    if (options.contains(QStringLiteral("expectedRatio")))
+        o.expectedRatio = optionDouble(options.value(QStringLiteral("expectedRatio")));
+    if (options.contains(QStringLiteral("positive")))
+        o.positive = optionBool(options.value(QStringLiteral("positive")));
+    if (options.contains(QStringLiteral("syncRatio")))
+        o.syncRatio = optionBool(options.value(QStringLiteral("syncRatio")));
+
+    Platform::SetDpiAwareness();
+    ScreenMetrics metrics{};
+    if (!Platform::ReadScreenMetrics(metrics)) {
+        // Nothing to measure (no X11 screen, or a platform without one): Qt scales.
+        QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+        QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+        return;
+    }
+
+    const HighDpiPlan plan = PlanHighDpi(o, metrics);
+    for (const std::string& line : plan.log)
+        qDebug().noquote() << QString::fromStdString(line);
+    if (plan.enableQtScaling)
+        QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
+    if (plan.setScaleFactor)
+        qputenv("QT_SCALE_FACTOR", QByteArray::fromStdString(plan.scaleFactor));
+
+    const QString factorFile = CLanguageStore::GetInstance()->GetAppDir() + QLatin1String("factor.tmp");
+    if (plan.deleteFactorFile && QFileInfo::exists(factorFile))
+        QFile::remove(factorFile);
+    if (plan.writeFactorFile) {
+        // Through a temporary file and a rename: a reader never sees half a number.
+        QSaveFile file(factorFile);
+        if (file.open(QIODevice::WriteOnly)) {
+            file.write(QByteArray::fromStdString(plan.scaleFactor));
+            file.commit();
+        }
+    }
+    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 }
 
 void ZVApplicationInfo::InitCrashHandle()

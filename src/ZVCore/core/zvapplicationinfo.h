@@ -8,6 +8,7 @@
 #include <QtCore/QScopedPointer>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
+#include <QtCore/QVariant>
 
 #include <functional>
 
@@ -107,6 +108,24 @@ public:
     /// Whether the desktop is wider than 2500 physical pixels, which selects the
     /// "Picture4K" pictures.
     bool IsHighDPI();
+
+    /*!
+     * Decides, before the QApplication exists, how Qt scales: Qt's own high-DPI scaling
+     * when the screen has room for 1280 x 960 logical pixels at the system's scale, else
+     * a fixed "QT_SCALE_FACTOR", stepped down by 0.25 until a window of the design size
+     * fits the work area. Options: "ignoreSystemFactor" (bool), "windowWidth",
+     * "windowHeight" (int), "expectedRatio" (double), "positive" (bool), "syncRatio"
+     * (bool: write the chosen factor to "factor.tmp" beside the executable).
+     *
+     * \code
+     * int main(int argc, char** argv)
+     * {
+     *     ZVUIFramework::ZVApplicationInfo::EnableHighDPISupport(
+     *         {{"windowWidth", 1100}, {"windowHeight", 760}, {"syncRatio", true}});
+     *     QApplication app(argc, argv);
+     * \endcode
+     */
+    static void EnableHighDPISupport(const QMap<QString, QVariant>& options);
 
     /// Installs the crash handler: on a crash the process writes "crashcore.dmp" into
     /// the current directory, starts the feedback program in crash mode and calls the

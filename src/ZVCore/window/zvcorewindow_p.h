@@ -1,0 +1,136 @@
+#ifndef ZVCORE_ZVCOREWINDOW_P_H
+#define ZVCORE_ZVCOREWINDOW_P_H
+
+//
+//  W A R N I N G
+//  -------------
+//
+// This file is not part of the ZVCore API. It exists for the convenience of the
+// implementation and may change from version to version without notice.
+//
+
+#include "zvcorewindow.h"
+
+#include <QtCore/QPointF>
+#include <QtCore/QPointer>
+#include <QtCore/QRect>
+
+class ZVMainWindowTitle;
+class QMouseEvent;
+
+namespace ZVUIFramework {
+class CControlModule;
+
+// Hit codes as the window system numbers them, so that every platform answers alike.
+enum HitCode : long {
+    kHitNowhere = 0,
+    kHitCaption = 2,
+    kHitLeft = 10,
+    kHitRight = 11,
+    kHitTop = 12,
+    kHitTopLeft = 13,
+    kHitTopRight = 14,
+    kHitBottom = 15,
+    kHitBottomLeft = 16,
+    kHitBottomRight = 17,
+};
+
+// Width of the resize bands, in physical pixels: a border is grabbed by the same
+// amount of screen whatever the scaling.
+constexpr int kBorderBand = 5;
+// Width of the painted shadow margin, in device-independent pixels.
+constexpr int kShadowMargin = 5;
+
+// The resize code of the border bands for a window rectangle given as left, top and
+// exclusive right and bottom, and a position, all in physical pixels; 0 outside them.
+// The bands are tried left, right, bottom, top and then the corners, and a later match
+// replaces an earlier one, so that a corner beats its two sides and, on a window too
+// small for separate bands, right beats left and top beats bottom.
+inline long BorderHitCode(int left, int top, int right, int bottom, int x, int y, bool widthResizable,
+                          bool heightResizable)
+{
+    const bool inLeft = left <= x && x < left + kBorderBand;
+    const bool inRight = right - kBorderBand <= x && x < right;
+    const bool inBottom = bottom - kBorderBand <= y && y < bottom;
+    const bool inTop = top <= y && y < top + kBorderBand;
+
+    long code = kHitNowhere;
+    if (widthResizable) {
+        if (inLeft)
+            code = kHitLeft;
+        if (inRight)
+            code = kHitRight;
+    }
+    if (heightResizable) {
+        if (inBottom)
+            code = kHitBottom;
+        if (inTop)
+            code = kHitTop;
+    }
+    if (widthResizable && heightResizable) {
+        if (inLeft && inBottom)
+            code = kHitBottomLeft;
+        if (inRight && inBottom)
+            code = kHitBottomRight;
+        if (inLeft && inTop)
+            code = kHitTopLeft;
+        if (inRight && inTop)
+            code = kHitTopRight;
+    }
+    return code;
+}
+
+} // namespace ZVUIFramework
+
+class ZVCoreWindowPrivate
+{
+    Q_DECLARE_PUBLIC(ZVCoreWindow)
+
+public:
+    explicit ZVCoreWindowPrivate(ZVCoreWindow* q)
+        : q_ptr(q)
+    {
+    }
+
+    ZVCoreWindow* q_ptr;
+
+    bool m_qtBasedShadow = true;
+    // Guarded: a host that replaces the title (for instance through setMenuWidget) has
+    // it deleted, and the hit test must then see no title rather than a dangling one.
+    QPointer<ZVMainWindowTitle> m_title;
+    ZVUIFramework::CControlModule* m_controlModule = nullptr;
+    bool m_resizable = false;
+    bool m_savedDragFullWindows = false;
+
+    // The operating-system side, one definition per platform file.
+
+    // Builds the process-wide layered shadow for this window.
+    void createLayeredShadow();
+    // Deletes the process-wide layered shadow, whichever window it belongs to.
+    static void deleteLayeredShadow();
+    void setMaximizeBoxHidden(bool hide);
+    // Reads the system's drag-full-windows setting into m_savedDragFullWindows and
+    // switches it for a window that is (not) resizable.
+    void switchDragFullWindows(bool resizable);
+    // Switches full-window dragging back on if it was on when it was read.
+    void restoreDragFullWindows();
+    // Whatever the platform needs so that the frame rules reach the window.
+    void initFrameHandling();
+
+    // The frame driven by Qt's own events, where no system frame answers for the window.
+    enum class Drag { None, PendingMove, Move, Resize };
+    Drag m_drag = Drag::None;
+    Qt::Edges m_dragEdges;
+    QPointF m_pressGlobal;
+    QRect m_pressGeometry;
+    bool m_frameCursorSet = false;
+
+    bool handleFrameMouse(QMouseEvent* event);
+    bool handOverMove(const QPointF& globalPos);
+    long hitTestAt(const QPointF& globalPos) const;
+    void updateFrameCursor(long code);
+    void dragTo(const QPointF& globalPos);
+    void applyMarginRule();
+};
+
+#endif // ZVCORE_ZVCOREWINDOW_P_H

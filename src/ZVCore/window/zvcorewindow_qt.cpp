@@ -1,0 +1,433 @@
+// The core window where no system frame answers for it (X11, Wayland, offscreen and
+// other platforms): the hit test drives system moves and resizes from the mouse, the
+// window manager maximises, and the layered shadow is a window of our own.
+#include "zvcorewindow.h"
+#include "zvcorewindow_p.h"
+
+#include "shadowwindow_qt.h"
+
+#include <ZVCore/private/ZVMainWindowTitle>
+
+#include <QtCore/QCoreApplication>
+#include <QtCore/QPointer>
+#include <QtCore/QtMath>
+#include <QtGui/QCursor>
+#include <QtGui/QGuiApplication>
+#include <QtGui/QMouseEvent>
+#include <QtGui/QWindow>
+#include <QtWidgets/QApplication>
+
+#include <cstdlib>
+
+// Wherever the frame's platform list is "xcb", libxcb is linked; Qt's own connection is
+// not reachable through public API, so the little asked of the X server goes through one
+// of ours.
+#if defined(Q_OS_UNIX) && !defined(Q_OS_DARWIN) && __has_include(<xcb/xcb.h>)
+#include <xcb/xcb.h>
+#define ZV_FRAME_X11 1
+#endif
+
+using ZVUIFramework::CShadowWindowQt;
+
+namespace {
+
+// Process-wide, like the window system's own shadow object. Guarded, because the
+// destructor of every core window deletes it and does not reset it: the second one
+// then finds it gone instead of deleting it twice.
+QPointer<CShadowWindowQt> g_layeredShadow;
+// Set while a maximised window has given up its shadow margin.
+bool g_marginsRemoved = false;
+
+bool isOffscreen()
+{
+    return QGuiApplication::platformName() == QLatin1String("offscreen");
+}
+
+// Logical to physical pixels, rounded up, so that dividing by the ratio and truncating,
+// as the title test does, gives the logical position back.
+int toPhysical(qreal logical, qreal dpr)
+{
+    return qCeil(logical * dpr - 1e-9);
+}
+
+// Restarts a system move that the window manager has just begun, so that it measures
+// the mouse from \a globalPos (logical), where the mouse was when the window was last
+// placed. Qt reports the position of the last mouse event relative to the window, and
+// the window has just caught up with the mouse: the window manager would otherwise be
+// told a point off by that distance and pull the window back by it.
+void restartSystemMoveFrom(QWidget* window, const QPointF& globalPos)
+{
+#ifdef ZV_FRAME_X11
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        return;
+    // A reply on Qt's own connection makes sure the X server has seen Qt's start, and
+    // its release of the pointer, before the restart below.
+    QCursor::pos(window->screen());
+    const QByteArray display = qgetenv("DISPLAY");
+    int screenNumber = 0;
+    xcb_connection_t* connection = xcb_connect(display.isEmpty() ? nullptr : display.constData(), &screenNumber);
+    if (xcb_connection_has_error(connection)) {
+        xcb_disconnect(connection);
+        return;
+    }
+    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+    for (int i = 0; i < screenNumber && screens.rem; ++i)
+        xcb_screen_next(&screens);
+    static const char kMoveResize[] = "_NET_WM_MOVERESIZE";
+    xcb_intern_atom_reply_t* atom = xcb_intern_atom_reply(
+        connection, xcb_intern_atom(connection, 1, uint16_t(sizeof kMoveResize - 1), kMoveResize), nullptr);
+    if (screens.rem && atom && atom->atom != XCB_ATOM_NONE) {
+        const qreal dpr = window->devicePixelRatioF();
+        const uint32_t x = uint32_t(qRound(globalPos.x() * dpr));
+        const uint32_t y = uint32_t(qRound(globalPos.y() * dpr));
+        // _NET_WM_MOVERESIZE directions: 8 moves, 11 cancels. Button 1, source 1 (an
+        // application).
+        for (const uint32_t direction : {11u, 8u}) {
+            xcb_client_message_event_t message = {};
+            message.response_type = XCB_CLIENT_MESSAGE;
+            message.format = 32;
+            message.window = xcb_window_t(window->winId());
+            message.type = atom->atom;
+            message.data.data32[0] = x;
+            message.data.data32[1] = y;
+            message.data.data32[2] = direction;
+            message.data.data32[3] = 1;
+            message.data.data32[4] = 1;
+            xcb_send_event(connection, 0, screens.data->root,
+                           XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                           reinterpret_cast<const char*>(&message));
+        }
+        // Waited for, so that the window manager has the restart before any further
+        // motion of the mouse.
+        std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
+    }
+    std::free(atom);
+    xcb_disconnect(connection);
+#else
+    Q_UNUSED(window)
+    Q_UNUSED(globalPos)
+#endif
+}
+
+Qt::Edges edgesOf(long code)
+{
+    using namespace ZVUIFramework;
+    switch (code) {
+    case kHitLeft:
+        return Qt::LeftEdge;
+    case kHitRight:
+        return Qt::RightEdge;
+    case kHitTop:
+        return Qt::TopEdge;
+    case kHitBottom:
+        return Qt::BottomEdge;
+    case kHitTopLeft:
+        return Qt::TopEdge | Qt::LeftEdge;
+    case kHitTopRight:
+        return Qt::TopEdge | Qt::RightEdge;
+    case kHitBottomLeft:
+        return Qt::BottomEdge | Qt::LeftEdge;
+    case kHitBottomRight:
+        return Qt::BottomEdge | Qt::RightEdge;
+    default:
+        return Qt::Edges();
+    }
+}
+
+bool isBorder(long code)
+{
+    return code >= ZVUIFramework::kHitLeft && code <= ZVUIFramework::kHitBottomRight;
+}
+
+Qt::CursorShape cursorOf(long code)
+{
+    using namespace ZVUIFramework;
+    switch (code) {
+    case kHitLeft:
+    case kHitRight:
+        return Qt::SizeHorCursor;
+    case kHitTop:
+    case kHitBottom:
+        return Qt::SizeVerCursor;
+    case kHitTopLeft:
+    case kHitBottomRight:
+        return Qt::SizeFDiagCursor;
+    case kHitTopRight:
+    case kHitBottomLeft:
+        return Qt::SizeBDiagCursor;
+    default:
+        return Qt::ArrowCursor;
+    }
+}
+
+// One side of a manual resize: the new extent within the window's limits.
+int boundedExtent(int start, int delta, int minimum, int maximum)
+{
+    return qBound(qMax(minimum, 1), start + delta, qMax(maximum, 1));
+}
+
+} // namespace
+
+void ZVCoreWindowPrivate::createLayeredShadow()
+{
+    Q_Q(ZVCoreWindow);
+    // No native window is forced into being here: the shadow takes the window as its
+    // owner when it first shows. Under a window manager, a native window made this early
+    // and a shadow mapped along with it were seen to leave Qt with a wrong window position.
+    auto* shadow = new CShadowWindowQt;
+    g_layeredShadow = shadow;
+    shadow->Create(q);
+    shadow->SetSize(5);
+    shadow->SetPosition(0, 0);
+    shadow->SetDarkness(40);
+}
+
+void ZVCoreWindowPrivate::deleteLayeredShadow()
+{
+    delete g_layeredShadow.data();
+}
+
+void ZVCoreWindowPrivate::setMaximizeBoxHidden(bool hide)
+{
+    Q_Q(ZVCoreWindow);
+    Qt::WindowFlags flags = q->windowFlags();
+    flags.setFlag(Qt::WindowMaximizeButtonHint, !hide);
+    if (QWindow* handle = q->windowHandle()) {
+        // Told to the existing native window: changing the widget's flags would
+        // recreate it and hide the window.
+        q->overrideWindowFlags(flags);
+        handle->setFlags(flags);
+    } else {
+        q->setWindowFlags(flags);
+    }
+}
+
+void ZVCoreWindowPrivate::switchDragFullWindows(bool resizable)
+{
+    // Window managers here have no system-wide outline-dragging switch to flip.
+    Q_UNUSED(resizable)
+}
+
+void ZVCoreWindowPrivate::restoreDragFullWindows()
+{
+}
+
+void ZVCoreWindowPrivate::initFrameHandling()
+{
+    Q_Q(ZVCoreWindow);
+    // Application-wide, because presses on the title and hovers over any child near the
+    // border must be seen too, and children without mouse tracking never pass a bare
+    // move on to their parents.
+    if (QCoreApplication* app = QCoreApplication::instance())
+        app->installEventFilter(q);
+}
+
+long ZVCoreWindowPrivate::hitTestAt(const QPointF& globalPos) const
+{
+    Q_Q(const ZVCoreWindow);
+    const qreal dpr = q->devicePixelRatioF();
+    const QRect frame = q->frameGeometry();
+    const int left = toPhysical(frame.x(), dpr);
+    const int top = toPhysical(frame.y(), dpr);
+    const QRect physical(left, top, toPhysical(frame.x() + frame.width(), dpr) - left,
+                         toPhysical(frame.y() + frame.height(), dpr) - top);
+    return q->HitTest(physical, QPoint(toPhysical(globalPos.x(), dpr), toPhysical(globalPos.y(), dpr)));
+}
+
+void ZVCoreWindowPrivate::updateFrameCursor(long code)
+{
+    Q_Q(ZVCoreWindow);
+    if (isBorder(code)) {
+        q->setCursor(cursorOf(code));
+        m_frameCursorSet = true;
+    } else if (m_frameCursorSet) {
+        q->unsetCursor();
+        m_frameCursorSet = false;
+    }
+}
+
+void ZVCoreWindowPrivate::dragTo(const QPointF& globalPos)
+{
+    Q_Q(ZVCoreWindow);
+    const QPoint delta = (globalPos - m_pressGlobal).toPoint();
+    if (m_drag == Drag::Move) {
+        q->move(m_pressGeometry.topLeft() + delta);
+        return;
+    }
+    if (m_drag != Drag::Resize)
+        return;
+
+    const QRect start = m_pressGeometry;
+    const QSize minimum = q->minimumSize();
+    const QSize maximum = q->maximumSize();
+    QRect target = start;
+    if (m_dragEdges & Qt::LeftEdge)
+        target.setLeft(start.right() + 1 - boundedExtent(start.width(), -delta.x(), minimum.width(), maximum.width()));
+    if (m_dragEdges & Qt::RightEdge)
+        target.setWidth(boundedExtent(start.width(), delta.x(), minimum.width(), maximum.width()));
+    if (m_dragEdges & Qt::TopEdge)
+        target.setTop(start.bottom() + 1
+                      - boundedExtent(start.height(), -delta.y(), minimum.height(), maximum.height()));
+    if (m_dragEdges & Qt::BottomEdge)
+        target.setHeight(boundedExtent(start.height(), delta.y(), minimum.height(), maximum.height()));
+    q->setGeometry(target);
+}
+
+bool ZVCoreWindowPrivate::handOverMove(const QPointF& globalPos)
+{
+    Q_Q(ZVCoreWindow);
+    QWindow* handle = q->windowHandle();
+    if (!handle || !handle->startSystemMove())
+        return false;
+    restartSystemMoveFrom(q, globalPos);
+    return true;
+}
+
+bool ZVCoreWindowPrivate::handleFrameMouse(QMouseEvent* event)
+{
+    Q_Q(ZVCoreWindow);
+    const QPointF global = event->screenPos();
+
+    switch (event->type()) {
+    case QEvent::MouseButtonPress: {
+        m_drag = Drag::None;
+        if (event->button() != Qt::LeftButton || event->buttons() != Qt::LeftButton)
+            return false;
+        const long code = hitTestAt(global);
+        if (isBorder(code)) {
+            updateFrameCursor(code);
+            m_dragEdges = edgesOf(code);
+            QWindow* handle = q->windowHandle();
+            // The window manager runs the resize when it can; otherwise the window
+            // follows the mouse itself.
+            if (!isOffscreen() && handle && handle->startSystemResize(m_dragEdges))
+                return true;
+            m_drag = Drag::Resize;
+            m_pressGlobal = global;
+            m_pressGeometry = q->geometry();
+            return true;
+        }
+        if (code == ZVUIFramework::kHitCaption) {
+            // The move starts only once the mouse has really moved, so that a double
+            // click on the title still arrives as one.
+            m_drag = Drag::PendingMove;
+            m_pressGlobal = global;
+            m_pressGeometry = q->geometry();
+            return true;
+        }
+        return false;
+    }
+    case QEvent::MouseMove: {
+        if (m_drag == Drag::None || !(event->buttons() & Qt::LeftButton)) {
+            // A release taken by the window manager during a system move never comes
+            // back to us; the buttons tell that the drag is over.
+            m_drag = Drag::None;
+            if (event->buttons() == Qt::NoButton)
+                updateFrameCursor(hitTestAt(global));
+            return false;
+        }
+        if (m_drag == Drag::PendingMove) {
+            if ((global - m_pressGlobal).manhattanLength() < QApplication::startDragDistance())
+                return true;
+            if (q->isMaximized() || q->isFullScreen()) {
+                // A maximised window stays put unless the window manager moves it.
+                if (!isOffscreen() && q->windowHandle())
+                    q->windowHandle()->startSystemMove();
+                m_drag = Drag::None;
+                return true;
+            }
+            // The window catches up with the distance moved so far; then the window
+            // manager runs the move when it can, otherwise the window keeps following
+            // the mouse itself.
+            m_drag = Drag::Move;
+            dragTo(global);
+            if (!isOffscreen() && handOverMove(global))
+                m_drag = Drag::None;
+            return true;
+        }
+        dragTo(global);
+        return true;
+    }
+    case QEvent::MouseButtonRelease: {
+        if (event->button() != Qt::LeftButton || m_drag == Drag::None)
+            return false;
+        m_drag = Drag::None;
+        return true;
+    }
+    case QEvent::MouseButtonDblClick: {
+        if (event->button() != Qt::LeftButton)
+            return false;
+        m_drag = Drag::None;
+        if (hitTestAt(global) != ZVUIFramework::kHitCaption)
+            return false;
+        // A window without its maximise ability keeps its size, as with a system frame.
+        if (q->windowFlags() & Qt::WindowMaximizeButtonHint) {
+            if (q->isMaximized())
+                q->showNormal();
+            else
+                q->showMaximized();
+        }
+        return true;
+    }
+    default:
+        return false;
+    }
+}
+
+void ZVCoreWindowPrivate::applyMarginRule()
+{
+    Q_Q(ZVCoreWindow);
+    if (!m_qtBasedShadow)
+        return;
+    // "Zoomed" as the window system has it: a minimised window is not, even when it
+    // will come back maximised.
+    const Qt::WindowStates state = q->windowState();
+    const bool zoomed = (state & Qt::WindowMaximized) && !(state & Qt::WindowMinimized);
+    if (zoomed) {
+        q->setContentsMargins(0, 0, 0, 0);
+        g_marginsRemoved = true;
+    } else if (g_marginsRemoved) {
+        q->setContentsMargins(ZVUIFramework::kShadowMargin, ZVUIFramework::kShadowMargin, ZVUIFramework::kShadowMargin,
+                              ZVUIFramework::kShadowMargin);
+        g_marginsRemoved = false;
+        q->update();
+    }
+}
+
+bool ZVCoreWindow::nativeEvent(const QByteArray& eventType, void* message, long* result)
+{
+    // Nothing here comes as a native message; Qt's events carry the frame rules.
+    Q_UNUSED(eventType)
+    Q_UNUSED(message)
+    Q_UNUSED(result)
+    return false;
+}
+
+void ZVCoreWindow::changeEvent(QEvent* event)
+{
+    Q_D(ZVCoreWindow);
+    if (event && event->type() == QEvent::WindowStateChange)
+        d->applyMarginRule();
+    QMainWindow::changeEvent(event);
+}
+
+bool ZVCoreWindow::eventFilter(QObject* watched, QEvent* event)
+{
+    if (!event || !watched)
+        return QMainWindow::eventFilter(watched, event);
+    switch (event->type()) {
+    case QEvent::MouseButtonPress:
+    case QEvent::MouseMove:
+    case QEvent::MouseButtonRelease:
+    case QEvent::MouseButtonDblClick:
+        if (watched->isWidgetType() && static_cast<QWidget*>(watched)->window() == this) {
+            Q_D(ZVCoreWindow);
+            if (d->handleFrameMouse(static_cast<QMouseEvent*>(event)))
+                return true;
+        }
+        break;
+    default:
+        break;
+    }
+    return QMainWindow::eventFilter(watched, event);
+}
