@@ -49,58 +49,51 @@
 //                                            show:<x>,<y>,<w>,<h> | spin | report |
 //                                            hittest:<l>,<t>,<w>,<h>,<x>,<y> (physical pixels)
 // Log lines go to standard error as Qt writes them; tests set QT_MESSAGE_PATTERN.
-#include <ZVCore/CSkin>
-#include <ZVCore/ZVApplicationInfo>
-#include <ZVCore/ZVCustomEventSendObj>
-#include <ZVCore/ZVCoreWindow>
-#include <ZVCore/private/CCommonModule>
-#include <ZVCore/private/CControlModule>
-#include <ZVCore/private/CLanguageStore>
-#include <ZVCore/private/ZVDesktopServices>
-#include <ZVCore/private/CStyleSheetManager>
-#include <ZVCore/private/CCustomWidgetTitle>
-#include <ZVCore/private/LanguageSelectDialog>
-#include <ZVCore/private/ZVAboutDialog>
 #include <ZVControl/ZVDialogTitleBar>
 #include <ZVControl/ZVLabel>
-#include <QtGui/QMouseEvent>
-#include <QtWidgets/QAbstractItemView>
-#include <QtWidgets/QBoxLayout>
-#include <QtWidgets/QComboBox>
-#include <QtWidgets/QPushButton>
-#include <QtWidgets/QTextBrowser>
-
+#include <ZVCore/CSkin>
+#include <ZVCore/ZVApplicationInfo>
+#include <ZVCore/ZVCoreWindow>
+#include <ZVCore/ZVCustomEvent>
+#include <ZVCore/ZVCustomEventSendObj>
+#include <ZVCore/private/CCommonModule>
+#include <ZVCore/private/CControlModule>
+#include <ZVCore/private/CCustomMenu>
+#include <ZVCore/private/CCustomWidgetTitle>
+#include <ZVCore/private/CLanguageStore>
 #include <ZVCore/private/CMenuView>
+#include <ZVCore/private/CStyleSheetManager>
+#include <ZVCore/private/LanguageSelectDialog>
+#include <ZVCore/private/MenuItemInfo>
+#include <ZVCore/private/ZVAboutDialog>
+#include <ZVCore/private/ZVDesktopServices>
 #include <ZVCore/private/ZVMainWindowTitle>
-#include <QtCore/QPointer>
-#include <QtWidgets/QLabel>
-#include <QtWidgets/QPushButton>
 
 #include <QtCore/QDir>
+#include <QtCore/QElapsedTimer>
+#include <QtCore/QEventLoop>
 #include <QtCore/QFile>
 #include <QtCore/QJsonArray>
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
-#include <QtGui/QDesktopServices>
-#include <QtWidgets/QApplication>
-
-#include <ZVCore/ZVCustomEvent>
-#include <ZVCore/private/CCustomMenu>
-#include <ZVCore/private/CMenuView>
-#include <ZVCore/private/MenuItemInfo>
-#include <QtCore/QElapsedTimer>
 #include <QtCore/QPointer>
+#include <QtCore/QTimer>
 #include <QtGui/QCursor>
+#include <QtGui/QDesktopServices>
+#include <QtGui/QMouseEvent>
+#include <QtWidgets/QAbstractItemView>
 #include <QtWidgets/QAction>
+#include <QtWidgets/QApplication>
+#include <QtWidgets/QBoxLayout>
+#include <QtWidgets/QComboBox>
+#include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QTextBrowser>
-#include <QtCore/QEventLoop>
-#include <QtCore/QTimer>
 
-#include <cstdio>
-#include <cstring>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
+#include <cstring>
 #include <thread>
 
 #include <unistd.h>
