@@ -385,7 +385,7 @@ void tst_CSkin::color()
     const CSkin skin;
     const QColor color = skin.GetColor(static_cast<CSkin::ColorStyle>(style));
     QVERIFY(color.isValid());
-    QCOMPARE(color.spec(), QColor::Rgb);
+    QCOMPARE(color.rgba(), qRgba(red, green, blue, 255));
     QCOMPARE(color.red(), red);
     QCOMPARE(color.green(), green);
     QCOMPARE(color.blue(), blue);
