@@ -18,12 +18,16 @@
  * {"time":"2026-11-21T10:20:30.123Z","event":["startup","1.2.0"]}
  * \endcode
  *
- * The time is UTC with milliseconds; the strings keep their order. Each line is
- * appended with a single write, so events sent at the same time from several threads
- * or processes never interleave, and it is flushed to disk before Send() returns.
+ * The time is UTC with milliseconds; the strings keep their order. Writers take turns
+ * through a lock on the spool file, so events sent at the same time from several
+ * threads or processes never interleave, and each line is flushed to disk before
+ * Send() returns. A line counts once its line end is written: a process killed in the
+ * middle of Send() leaves at most the start of one line, without a line end, at the
+ * end of the file; readers skip it, and the next Send() cuts it off.
  *
- * Send() takes no locks and does not use the event loop, the network or the C
- * library's time conversion, so a crash handler may call it. The first call of
+ * Send() takes no lock of the process and does not use the event loop, the network or
+ * the C library's time conversion, so a crash handler may call it. (The file lock is
+ * held only while a line is written, and the system drops it when its holder dies.) The first call of
  * GetInstance() determines and creates the folder and is not safe in that way: make
  * it early, for example in main() once the application name is set.
  *

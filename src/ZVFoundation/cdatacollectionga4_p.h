@@ -53,9 +53,12 @@ void currentUtcTime(std::int64_t* seconds, int* milliseconds) noexcept;
 // terminated UTF-16 with native separators on Windows. Empty for an empty path.
 ZVFOUNDATION_AUTOTEST_EXPORT QByteArray nativeSpoolPath(const QString& path);
 
-// Appends data to the file at nativePath (from nativeSpoolPath()) with a single write,
-// creating the file readable and writable by its owner only, and flushes it to disk.
-// Keeps errno (POSIX) or the last error (Windows) as it was. False on any failure.
+// Appends data, one or more whole lines, to the regular file at nativePath (from
+// nativeSpoolPath()), creating it readable and writable by its owner only, and flushes
+// it to disk. On POSIX systems the writers take turns through a lock on the file, and a
+// partial last line left by a killed writer is cut off first; anything but a regular
+// file at that path (a FIFO, a folder) fails without waiting. Keeps errno (POSIX) or
+// the last error (Windows) as it was. False on any failure.
 ZVFOUNDATION_AUTOTEST_EXPORT bool appendToSpool(const char* nativePath, const char* data,
                                                 std::size_t size) noexcept;
 

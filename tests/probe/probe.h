@@ -27,6 +27,7 @@ class ProbeRun
 public:
     int exitCode = -1;
     bool finished = false;
+    qint64 elapsedMs = 0; // from the start to the end (or to the timeout)
     QList<QJsonObject> reports;
     QStringList log; // one Qt message per entry, as the frame wrote it
 
@@ -114,10 +115,13 @@ public:
         return f.open(QIODevice::WriteOnly | QIODevice::Truncate) && f.write(bytes) == bytes.size();
     }
 
-    ProbeRun run(const QStringList& commands, const QString& workingDirectory = QDir::rootPath(),
-                 const QProcessEnvironment& extra = QProcessEnvironment()) const
+    // How long run() waits before it kills the probe; 60 s unless set.
+    void setTimeout(int ms) { m_timeoutMs = ms; }
+
+    // Starts the probe as run() does, without waiting for it.
+    void start(QProcess& p, const QStringList& commands, const QString& workingDirectory = QDir::rootPath(),
+               const QProcessEnvironment& extra = QProcessEnvironment()) const
     {
-        QProcess p;
         p.setWorkingDirectory(workingDirectory);
         QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
         env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
@@ -134,8 +138,18 @@ public:
         } else {
             p.start(m_program, commands);
         }
+    }
+
+    ProbeRun run(const QStringList& commands, const QString& workingDirectory = QDir::rootPath(),
+                 const QProcessEnvironment& extra = QProcessEnvironment()) const
+    {
+        QProcess p;
+        QElapsedTimer timer;
+        timer.start();
+        start(p, commands, workingDirectory, extra);
         ProbeRun result;
-        result.finished = p.waitForFinished(60000);
+        result.finished = p.waitForFinished(m_timeoutMs);
+        result.elapsedMs = timer.elapsed();
         if (!result.finished)
             p.kill();
         p.waitForFinished();
@@ -164,6 +178,10 @@ public:
     {
         Death death;
         QList<QByteArray> args{QFile::encodeName(m_program)};
+        if (m_honourPermissions) {
+            const QByteArray setpriv = QFile::encodeName(QStandardPaths::findExecutable(QStringLiteral("setpriv")));
+            args = QList<QByteArray>{setpriv, "--bounding-set", "-dac_override,-dac_read_search"} + args;
+        }
         for (const QString& c : commands)
             args.append(c.toUtf8());
         std::vector<char*> argv;
@@ -203,6 +221,7 @@ private:
     QString m_path;
     QString m_program;
     bool m_honourPermissions = false;
+    int m_timeoutMs = 60000;
 };
 
 #endif // ZVCORE_TESTS_PROBE_H

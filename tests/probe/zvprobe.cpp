@@ -48,6 +48,8 @@
 //   corewindow:<action>[:<arg>]              the core window as a host builds it: build |
 //                                            show:<x>,<y>,<w>,<h> | spin | report |
 //                                            hittest:<l>,<t>,<w>,<h>,<x>,<y> (physical pixels)
+// hardening.h lists the commands for hostile files, crash torture and writers killed in
+// the middle of a write.
 // Log lines go to standard error as Qt writes them; tests set QT_MESSAGE_PATTERN.
 #include <ZVControl/ZVDialogTitleBar>
 #include <ZVControl/ZVLabel>
@@ -68,6 +70,8 @@
 #include <ZVCore/private/ZVAboutDialog>
 #include <ZVCore/private/ZVDesktopServices>
 #include <ZVCore/private/ZVMainWindowTitle>
+
+#include "hardening.h"
 
 #include <QtCore/QDir>
 #include <QtCore/QElapsedTimer>
@@ -120,7 +124,7 @@ namespace {
 void report(const QString& cmd, QJsonObject object)
 {
     object.insert(QStringLiteral("cmd"), cmd);
-    const QByteArray line = QJsonDocument(object).toJson(QJsonDocument::Compact) + '\n';
+    const QByteArray line = QJsonDocument(summariseLongStrings(object)).toJson(QJsonDocument::Compact) + '\n';
     std::fwrite(line.constData(), 1, size_t(line.size()), stdout);
     std::fflush(stdout);
 }
@@ -1033,6 +1037,9 @@ bool run(const QString& command)
         }
         return true;
     }
+    bool ok = true;
+    if (runHardeningCommand(verb, rest, &ok))
+        return ok;
     std::fprintf(stderr, "zvprobe: unknown command %s\n", qPrintable(command));
     return false;
 }
@@ -1054,6 +1061,7 @@ static void enableHighDpiFromArguments(int argc, char** argv)
 
 int main(int argc, char** argv)
 {
+    runHardeningLoopBeforeApplication(argc, argv);
     enableHighDpiFromArguments(argc, argv);
     QApplication app(argc, argv);
     const QStringList commands = QCoreApplication::arguments().mid(1);

@@ -5,6 +5,7 @@
 #include "launcharguments.h"
 #include "planhighdpi.h"
 #include "screenmetrics_p.h"
+#include "xmlguard.h"
 
 #include <ZVCore/private/CCommonModule>
 #include <ZVCore/private/CLanguageStore>
@@ -127,7 +128,7 @@ void ZVApplicationInfoPrivate::readProductInfo(const QString& path)
         return;
     QDomDocument document;
     // Parse errors are not reported: an unparsable file simply matches no tag.
-    if (document.setContent(file.readAll())) {
+    if (XmlGuard::Parse(document, file.readAll())) {
         static const struct
         {
             const char* tag;
@@ -402,16 +403,20 @@ void ZVApplicationInfo::EnableHighDPISupport(const QMap<QString, QVariant>& opti
         qputenv("QT_SCALE_FACTOR", QByteArray::fromStdString(plan.scaleFactor));
 
     const QString factorFile = CLanguageStore::GetInstance()->GetAppDir() + QLatin1String("factor.tmp");
-    if (plan.deleteFactorFile && QFileInfo::exists(factorFile))
-        QFile::remove(factorFile);
+    bool written = false;
     if (plan.writeFactorFile) {
-        // Through a temporary file and a rename: a reader never sees half a number.
+        // Through a temporary file and a rename: a reader never sees half a number. The
+        // rename replaces the old file in one step; deleting it first would leave a
+        // moment without any file, which a process killed right then would leave
+        // behind. So the old file is deleted only when no new one took its place.
         QSaveFile file(factorFile);
         if (file.open(QIODevice::WriteOnly)) {
-            file.write(QByteArray::fromStdString(plan.scaleFactor));
-            file.commit();
+            const QByteArray text = QByteArray::fromStdString(plan.scaleFactor);
+            written = file.write(text) == text.size() && file.commit();
         }
     }
+    if (plan.deleteFactorFile && !written && QFileInfo::exists(factorFile))
+        QFile::remove(factorFile);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
 }
 

@@ -1,6 +1,7 @@
 #include "ccommonmodule.h"
 
 #include <ZVCore/private/CLanguageStore>
+#include <ZVCore/private/XmlGuard>
 #include <ZVCore/private/ZVDesktopServices>
 #include <ZVCore/private/zvcoreconfig_p.h>
 #include <ZVFoundation/CSimpleCrypt>
@@ -251,7 +252,7 @@ void CCommonModule::LookupLink(const QString& key, int& isShow, QString& url) co
     if (bytes.isEmpty())
         return;
     QDomDocument document;
-    if (!document.setContent(bytes))
+    if (!XmlGuard::Parse(document, bytes))
         return;
     for (QDomNode menu = document.documentElement().firstChild(); !menu.isNull(); menu = menu.nextSibling()) {
         if (!menu.isElement() || menu.toElement().tagName() != QLatin1String("menu"))

@@ -4,6 +4,7 @@
 
 #include <ZVCore/ZVCustomEventSendObj>
 #include <ZVCore/private/CCommonModule>
+#include <ZVCore/private/XmlGuard>
 #include <ZVFoundation/CSimpleCrypt>
 
 #include <QtCore/QDebug>
@@ -93,10 +94,10 @@ void CMenuView::loadMenu()
         return;
     }
 
-    QDomDocument document;
-    const bool parsed = document.setContent(&file, false);
+    const QByteArray bytes = file.readAll();
     file.close();
-    if (!parsed)
+    QDomDocument document;
+    if (!ZVUIFramework::XmlGuard::Parse(document, bytes))
         return;
 
     const CSimpleCrypt* cipher = module->GetCipher();

@@ -1,0 +1,147 @@
+#include "xmlguard.h"
+
+#include <QtCore/QString>
+#include <QtCore/QTextCodec>
+#include <QtXml/QDomDocument>
+
+#include <cstring>
+#include <type_traits>
+
+namespace ZVUIFramework {
+namespace XmlGuard {
+
+namespace {
+
+// Walks the markup of a document in code units (bytes of an ASCII-compatible encoding,
+// or UTF-16 units): whatever the encoding, the characters that make up markup are
+// ASCII. Comments, CDATA sections, processing instructions and quoted attribute values
+// hide what they hold; an element opens with '<' and a name and closes with "</" or
+// "/>". No well-formedness is checked, that is the DOM parser's part; the walk only
+// has to see at least as deep as the parser will go, and it does: it never counts a
+// level less than the document has.
+template <typename Unit>
+class Scanner
+{
+public:
+    Scanner(const Unit* text, size_t size) : m_text(text), m_size(size) {}
+
+    bool withinLimits()
+    {
+        int depth = 0;
+        size_t i = 0;
+        while (i < m_size) {
+            if (m_text[i] != '<') {
+                ++i;
+                continue;
+            }
+            if (startsWith(i, "<!--")) {
+                i = after(i + 4, "-->");
+            } else if (startsWith(i, "<![CDATA[")) {
+                i = after(i + 9, "]]>");
+            } else if (startsWith(i, "<?")) {
+                i = after(i + 2, "?>");
+            } else if (startsWith(i, "<!ENTITY")) {
+                // Only a document type declaration holds these; the product files need
+                // none, and expansion attacks are built from them.
+                return false;
+            } else if (startsWith(i, "<!DOCTYPE")) {
+                // Its internal subset, if any, is walked like the rest, so that the
+                // declarations in it are seen one by one.
+                i = pastTag(i + 9, true);
+            } else if (startsWith(i, "<!")) {
+                i = pastTag(i + 2, false);
+            } else if (startsWith(i, "</")) {
+                if (depth > 0)
+                    --depth;
+                i = pastTag(i + 2, false);
+            } else if (i + 1 < m_size && isNameStart(m_text[i + 1])) {
+                const size_t end = pastTag(i + 1, false);
+                const bool empty = end >= 2 && end <= m_size && m_text[end - 1] == '>' && m_text[end - 2] == '/';
+                if (!empty && ++depth > MaxDepth)
+                    return false;
+                i = end;
+            } else {
+                ++i;
+            }
+        }
+        return true;
+    }
+
+private:
+    static bool isNameStart(Unit c)
+    {
+        const auto u = static_cast<unsigned>(static_cast<typename std::make_unsigned<Unit>::type>(c));
+        return (u >= 'a' && u <= 'z') || (u >= 'A' && u <= 'Z') || u == '_' || u == ':' || u >= 0x80;
+    }
+
+    bool startsWith(size_t at, const char* literal) const
+    {
+        const size_t n = std::strlen(literal);
+        if (at + n > m_size)
+            return false;
+        for (size_t k = 0; k < n; ++k) {
+            if (m_text[at + k] != Unit(literal[k]))
+                return false;
+        }
+        return true;
+    }
+
+    // Just past the next \a literal at or after \a from; the end when there is none.
+    size_t after(size_t from, const char* literal) const
+    {
+        const size_t n = std::strlen(literal);
+        for (size_t i = from; i + n <= m_size; ++i) {
+            if (startsWith(i, literal))
+                return i + n;
+        }
+        return m_size;
+    }
+
+    // Just past the '>' that ends a tag, skipping quoted values; with \a subset, also
+    // just past a '[' that opens an internal subset.
+    size_t pastTag(size_t from, bool subset) const
+    {
+        Unit quote = 0;
+        for (size_t i = from; i < m_size; ++i) {
+            const Unit c = m_text[i];
+            if (quote) {
+                if (c == quote)
+                    quote = 0;
+            } else if (c == '"' || c == '\'') {
+                quote = c;
+            } else if (c == '>' || (subset && c == '[')) {
+                return i + 1;
+            }
+        }
+        return m_size;
+    }
+
+    const Unit* m_text;
+    size_t m_size;
+};
+
+} // namespace
+
+bool IsWithinLimits(const QByteArray& bytes)
+{
+    // Byte order marks or NUL bytes among the first few: a UTF-16 or UTF-32 document,
+    // walked in UTF-16 units as the parser's decoder would see them.
+    const bool wide = bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff")
+        || bytes.left(4).contains('\0');
+    if (wide) {
+        QTextCodec* codec = QTextCodec::codecForUtfText(bytes, QTextCodec::codecForName("UTF-16"));
+        const QString text = codec ? codec->toUnicode(bytes) : QString();
+        return Scanner<char16_t>(reinterpret_cast<const char16_t*>(text.utf16()), size_t(text.size())).withinLimits();
+    }
+    return Scanner<char>(bytes.constData(), size_t(bytes.size())).withinLimits();
+}
+
+bool Parse(QDomDocument& document, const QByteArray& bytes)
+{
+    if (!IsWithinLimits(bytes))
+        return false;
+    return document.setContent(bytes, false);
+}
+
+} // namespace XmlGuard
+} // namespace ZVUIFramework
