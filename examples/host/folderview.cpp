@@ -10,6 +10,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 #include <QtCore/QTextStream>
+#include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
 #include <QtWidgets/QHBoxLayout>
@@ -149,8 +150,16 @@ void FolderView::retranslate()
 
 void FolderView::changeEvent(QEvent* event)
 {
-    if (event->type() == QEvent::LanguageChange)
-        retranslate();
+    // A language switch installs two translators, one change event each: the texts and
+    // the listing (whose kinds and summary are translated too) are redone once, after both.
+    if (event->type() == QEvent::LanguageChange && !m_retranslatePending) {
+        m_retranslatePending = true;
+        QTimer::singleShot(0, this, [this] {
+            m_retranslatePending = false;
+            retranslate();
+            refresh();
+        });
+    }
     QWidget::changeEvent(event);
 }
 
@@ -166,6 +175,7 @@ void FolderView::setFolder(const QString& path)
 {
     m_folder = QDir::cleanPath(QFileInfo(path).absoluteFilePath());
     refresh();
+    emit folderChanged(m_folder);
 }
 
 void FolderView::goUp()

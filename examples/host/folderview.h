@@ -20,6 +20,9 @@ public:
     /// Writes the listing as comma-separated values; false with \a error set on failure.
     bool exportCsv(const QString& path, QString* error) const;
 
+signals:
+    void folderChanged(const QString& path);
+
 public slots:
     void chooseFolder();
     void refresh();
@@ -33,6 +36,7 @@ private:
     void retranslate();
 
     QString m_folder;
+    bool m_retranslatePending = false;
     QLabel* m_path = nullptr;
     QLabel* m_summary = nullptr;
     QPushButton* m_up = nullptr;

@@ -2,6 +2,9 @@
 //
 //   zvcore-demo [--skin light|dark] [--language <Name>] [--folder <path>]
 //   zvcore-demo --screenshots <folder>     pictures of every window, skin and language
+//
+// --language forces a language for this run (the application property "ForceLanguage");
+// without it the frame uses the saved choice, else the system's language.
 #include "folderview.h"
 #include "mainwindow.h"
 #include "screenshots.h"
@@ -52,11 +55,11 @@ int main(int argc, char** argv)
     app.setProperty("FullProductName", QStringLiteral("Sample Folder Lens"));
     app.setProperty("HomeURL", QStringLiteral("https://www.example.com/"));
     app.setProperty("SupportURL", QStringLiteral("https://support.example.com/"));
+    // Arabic is laid out from right to left, whether forced here or chosen by the user.
+    app.setProperty("EnableRightToLeft", true);
     const QString language = option(argc, argv, "--language");
-    if (!language.isEmpty()) {
+    if (!language.isEmpty())
         app.setProperty("ForceLanguage", language);
-        app.setProperty("EnableRightToLeft", true);
-    }
 
     ZVApplicationInfo::InitCrashHandle();
 

@@ -11,6 +11,7 @@
 #include <QtCore/QTimer>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QFileDialog>
+#include <QtWidgets/QMenu>
 #include <QtWidgets/QMessageBox>
 #include <QtWidgets/QPushButton>
 
@@ -33,7 +34,40 @@ MainWindow::MainWindow(const QString& folder) : ZVCoreWindow(nullptr)
     bus->Attach(kButtonReleasedEvent, this);
     bus->Attach(kExportEvent, this);
 
+    connect(m_view, &FolderView::folderChanged, this, &MainWindow::retranslate);
     m_view->setFolder(folder);
+
+    // The title bar tells when its menu has been (re)filled: at start and after every
+    // language change.
+    if (QWidget* title = GetTitleWidget())
+        connect(title, SIGNAL(signalMenuInited()), this, SLOT(logTitleMenu()));
+    logTitleMenu();
+}
+
+void MainWindow::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    ZVCoreWindow::changeEvent(event);
+}
+
+void MainWindow::retranslate()
+{
+    setWindowTitle(tr("Folder sizes: %1").arg(QDir::toNativeSeparators(m_view->folder())));
+}
+
+void MainWindow::logTitleMenu()
+{
+    QWidget* title = GetTitleWidget();
+    const QMenu* menu = title ? title->findChild<QMenu*>(QStringLiteral("titleMenu")) : nullptr;
+    if (!menu)
+        return;
+    QStringList captions;
+    for (const QAction* action : menu->actions()) {
+        if (!action->isSeparator())
+            captions << action->text();
+    }
+    qInfo().noquote() << "Folder Lens: title menu:" << captions.join(QStringLiteral(" | "));
 }
 
 void MainWindow::customEvent(QEvent* event)
@@ -45,7 +79,7 @@ void MainWindow::customEvent(QEvent* event)
         QTimer::singleShot(0, this, &MainWindow::offerRestart);
     } else if (id == kButtonReleasedEvent) {
         const auto* released = static_cast<ZVCustomEvent*>(event);
-        qDebug().noquote() << "Folder Lens: title button released:" << released->source << released->name;
+        qInfo().noquote() << "Folder Lens: title button released:" << released->source << released->name;
     } else if (id == kExportEvent) {
         // Sent, not posted: the receiver frees the event once it is done with it.
         auto* sent = static_cast<ZVCustomEvent*>(event);
@@ -86,5 +120,5 @@ void MainWindow::exportListing()
     if (!m_view->exportCsv(path, &error))
         QMessageBox::warning(this, tr("Export listing"), tr("The listing could not be written: %1").arg(error));
     else
-        qDebug().noquote() << "Folder Lens: listing exported to" << path;
+        qInfo().noquote() << "Folder Lens: listing exported to" << path;
 }

@@ -18,8 +18,13 @@ public:
 
 protected:
     void customEvent(QEvent* event) override;
+    void changeEvent(QEvent* event) override;
+
+private slots:
+    void logTitleMenu();
 
 private:
+    void retranslate();
     void offerRestart();
     void exportListing();
 
