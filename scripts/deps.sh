@@ -41,6 +41,8 @@ ZV_BUILD_PACKAGES=(
     g++ make cmake ninja-build ccache pkg-config
     qtbase5-dev qttools5-dev qttools5-dev-tools
     rapidjson-dev libxcb1-dev
+    # Glyphs for the demo's pictures (Latin and Arabic) on a machine without a desktop.
+    fonts-dejavu-core
 )
 
 # What the test suite needs besides: a private X server for the display lane, and
