@@ -32,6 +32,19 @@ using namespace ZVUIFramework;
 extern "C" void crash_here();
 extern "C" int overflow_here(int depth);
 
+volatile int g_afterFree = 0;
+
+// A block freed twice, out of line so that a debugger shows it. The pointer passes
+// through a volatile so that the compiler cannot see the second free coming, and the
+// store after it keeps that free from becoming a jump that would drop this frame.
+extern "C" __attribute__((noinline)) void double_free_here(size_t size)
+{
+    void* volatile block = std::malloc(size);
+    std::free(block);
+    std::free(block);
+    g_afterFree = 1;
+}
+
 namespace {
 
 #if defined(__SANITIZE_ADDRESS__)
@@ -128,15 +141,6 @@ void twoThreadsAtOnce()
     b.join();
 }
 
-// A block freed twice. The pointer passes through a volatile so that the compiler
-// cannot see the second free coming.
-void doubleFree(size_t size)
-{
-    void* volatile block = std::malloc(size);
-    std::free(block);
-    std::free(block);
-}
-
 // "<a>|<b>|...", where "<text>*<n>" stands for <text> repeated <n> times: a command line
 // cannot carry a long argument.
 QStringList names(const QString& list)
@@ -174,6 +178,10 @@ bool runHardeningCommand(const QString& verb, const QString& rest, bool* ok)
         QJsonObject o = memory();
         o.insert(QStringLiteral("sanitizer"), QString::fromLatin1(kSanitizer));
         report(verb, o);
+        return true;
+    }
+    if (verb == QLatin1String("languagechoice")) {
+        CCommonModule::GetInstance();
         return true;
     }
     if (verb == QLatin1String("cataloguesummary")) {
@@ -239,12 +247,12 @@ bool runHardeningCommand(const QString& verb, const QString& rest, bool* ok)
         } else if (rest == QLatin1String("two-threads-sync")) {
             twoThreadsAtOnce();
         } else if (rest == QLatin1String("double-free")) {
-            doubleFree(64);
+            double_free_here(64);
         } else if (rest == QLatin1String("double-free-large")) {
             // Beyond the per-thread cache and below the size served by mmap, after a
             // thread has existed, so that the allocator's checks run under its lock.
             std::thread([] {}).join();
-            doubleFree(4000);
+            double_free_here(4000);
         }
         *ok = false;
         return true;

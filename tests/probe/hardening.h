@@ -4,6 +4,7 @@
 //                           as "#<length>:<SHA-1 of its UTF-8, hex>"
 //   peakmemory              the process's peak resident memory (VmHWM) and the
 //                           sanitizer it was built with, if any
+//   languagechoice          creates the language manager, which chooses and saves a language
 //   cataloguesummary        load localconfig.json; the record count, first and last names
 //   menusummary:<n>         a title menu view given <n> LanguageChange events: how many
 //                           entries and actions it holds, the first and last keys

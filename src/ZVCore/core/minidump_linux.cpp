@@ -186,6 +186,9 @@ constexpr uint64_t kStackCap = 256 * 1024;
 // The x86-64 ABI lets leaf functions use 128 bytes below the stack pointer.
 constexpr uint64_t kRedZone = 128;
 constexpr uint64_t kCodeAroundIp = 256;
+// How far below its stack an overflowed stack pointer may lie: the kernel's stack guard
+// gap (256 pages), with room to spare.
+constexpr uint64_t kOverflowGap = 2 * 1024 * 1024;
 constexpr int kMaxThreads = 4096;
 constexpr int kMaxMappings = 16384;
 constexpr int kMaxModules = 1024;
@@ -894,6 +897,32 @@ struct Writer
         return nullptr;
     }
 
+    // The readable mapping that holds the stack at `sp`. After a stack overflow the
+    // stack pointer lies below the stack: in a thread's guard page, or in the gap the
+    // kernel keeps below a growing main stack. The frames that led there are in the
+    // first readable mapping above it.
+    const MapSlot* FindStackMapping(uint64_t sp) const
+    {
+        int lo = 0, hi = s->mapCount;
+        while (lo < hi) {
+            const int mid = (lo + hi) / 2;
+            if (s->maps[mid].end <= sp)
+                lo = mid + 1;
+            else
+                hi = mid;
+        }
+        // s->maps[lo] is the first mapping that ends above sp: the one that holds it,
+        // or the next one up.
+        for (int i = lo; i < s->mapCount && i <= lo + 1; ++i) {
+            const MapSlot& m = s->maps[i];
+            if (m.readable && (m.start <= sp || m.start - sp <= kOverflowGap))
+                return &m;
+            if (m.start > sp)
+                break;
+        }
+        return nullptr;
+    }
+
     // ---- ELF ------------------------------------------------------------------------
 
     // The load bias of the ELF image whose headers are mapped at `base`, and its program
@@ -1382,8 +1411,8 @@ struct Writer
 
             if (haveRegisters) {
                 const uint64_t sp = StackPointer();
-                const MapSlot* m = FindMapping(sp);
-                if (m && m->readable) {
+                const MapSlot* m = FindStackMapping(sp);
+                if (m) {
                     uint64_t start = sp >= kRedZone ? sp - kRedZone : 0;
                     if (start < m->start)
                         start = m->start;

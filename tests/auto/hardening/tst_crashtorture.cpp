@@ -1,0 +1,261 @@
+// Crashes of a real host at the worst moments. Every case ends the same way: the process
+// dead by the expected signal, at most one dump, at most one start of the feedback
+// program, and a dump that lldb opens and unwinds.
+//
+// Stack overflows: the handler runs on an alternate stack, which the system keeps per
+// thread; the frame installs one for the thread that calls InitCrashHandle (normally the
+// main thread). A thread cannot be given one from outside, and the frame does not
+// intercept the creation of the host's threads, so an overflow on another thread ends
+// the process by the system's default action, without a dump or a report.
+#include "probe.h"
+
+#include <QtCore/QStandardPaths>
+#include <QtTest/QtTest>
+
+#include <csignal>
+
+#if defined(__SANITIZE_ADDRESS__)
+#define ZV_ADDRESS_SANITIZER 1
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+#define ZV_ADDRESS_SANITIZER 1
+#endif
+#endif
+
+namespace {
+
+const QString kCrashMail = QStringLiteral("torture@example.com");
+
+struct Expected
+{
+    int signal = SIGSEGV;
+    int dumps = 1;    // exactly this many
+    int launches = 1; // exactly this many
+    QString frame;    // a function lldb must show in the dump
+    int minFrames = 1;
+    int crashedThreadsShown = 1; // threads whose stack shows `frame`, at least
+    bool callbackRuns = true;    // the host's callback (when one was set) ran
+};
+
+struct Case
+{
+    QStringList commands; // after the handler and the context are set up
+    Expected expected;
+    bool readOnlyFolder = false;
+    bool feedbackProgram = true;
+    bool heapOwnedBySanitizer = false;
+};
+
+} // namespace
+
+Q_DECLARE_METATYPE(Case)
+
+namespace {
+
+QByteArray readAll(const QString& path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+int jsonLines(const QString& path)
+{
+    int n = 0;
+    for (const QByteArray& line : readAll(path).split('\n'))
+        n += line.trimmed().isEmpty() ? 0 : 1;
+    return n;
+}
+
+// The stand-in's starts, once they have had time to arrive: at least \a expected, then
+// a second more for any extra one.
+int launches(const QString& record, int expected)
+{
+    QElapsedTimer timer;
+    timer.start();
+    while (jsonLines(record) < expected && timer.elapsed() < 10000)
+        QThread::msleep(50);
+    QThread::msleep(1000);
+    return jsonLines(record);
+}
+
+} // namespace
+
+class tst_CrashTorture : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void initTestCase()
+    {
+        m_lldb = QStandardPaths::findExecutable(QStringLiteral("lldb"));
+    }
+
+    void crash_data();
+    void crash();
+
+private:
+    QString m_lldb;
+};
+
+void tst_CrashTorture::crash_data()
+{
+    QTest::addColumn<Case>("c");
+
+    Case thread;
+    thread.commands = QStringList{QStringLiteral("crash:segv-thread")};
+    thread.expected.frame = QStringLiteral("crash_here");
+    QTest::newRow("fault on another thread") << thread;
+
+    Case two;
+    two.commands = QStringList{QStringLiteral("torture:two-threads-sync")};
+    two.expected.frame = QStringLiteral("crash_here");
+    // The second thread waits inside the handler; the dump shows it at its fault too.
+    two.expected.crashedThreadsShown = 2;
+    QTest::newRow("two threads at once") << two;
+
+    Case overflow;
+    overflow.commands = QStringList{QStringLiteral("crash:overflow")};
+    overflow.expected.frame = QStringLiteral("overflow_here");
+    // The stack that overflowed is in the dump, so the recursion unwinds.
+    overflow.expected.minFrames = 10;
+    QTest::newRow("stack overflow") << overflow;
+
+    Case overflowThread;
+    overflowThread.commands = QStringList{QStringLiteral("torture:overflow-thread")};
+    overflowThread.expected.dumps = 0;
+    overflowThread.expected.launches = 0;
+    overflowThread.expected.callbackRuns = false;
+    QTest::newRow("stack overflow on another thread") << overflowThread;
+
+    Case abort;
+    abort.commands = QStringList{QStringLiteral("crash:abort")};
+    abort.expected.signal = SIGABRT;
+    abort.expected.frame = QStringLiteral("abort");
+    QTest::newRow("abort()") << abort;
+
+    Case callback;
+    // The report is under way when the host's callback faults: the fault ends the
+    // process at once.
+    callback.commands = QStringList{QStringLiteral("crashcallback-faulty"), QStringLiteral("crash:abort")};
+    callback.expected.signal = SIGSEGV;
+    callback.expected.frame = QStringLiteral("abort");
+    QTest::newRow("fault inside the host callback") << callback;
+
+    Case doubleFree;
+    doubleFree.commands = QStringList{QStringLiteral("torture:double-free")};
+    doubleFree.expected.signal = SIGABRT;
+    doubleFree.expected.frame = QStringLiteral("double_free_here");
+    doubleFree.heapOwnedBySanitizer = true;
+    QTest::newRow("double free") << doubleFree;
+
+    Case lockedHeap;
+    // The allocator aborts holding its lock: the steps that need Qt hang on it until
+    // the watchdog ends the process; the dump and the launch came first.
+    lockedHeap.commands = QStringList{QStringLiteral("torture:double-free-large")};
+    lockedHeap.expected.signal = SIGABRT;
+    lockedHeap.expected.frame = QStringLiteral("double_free_here");
+    lockedHeap.expected.callbackRuns = false;
+    lockedHeap.heapOwnedBySanitizer = true;
+    QTest::newRow("double free, allocator locked") << lockedHeap;
+
+    Case readOnly;
+    readOnly.commands = QStringList{QStringLiteral("crash:segv")};
+    readOnly.readOnlyFolder = true;
+    readOnly.expected.dumps = 0;
+    QTest::newRow("read-only folder") << readOnly;
+
+    Case missing;
+    missing.commands = QStringList{QStringLiteral("crash:segv")};
+    missing.feedbackProgram = false;
+    missing.expected.launches = 0;
+    missing.expected.frame = QStringLiteral("crash_here");
+    QTest::newRow("missing feedback program") << missing;
+}
+
+void tst_CrashTorture::crash()
+{
+    QFETCH(Case, c);
+#if defined(ZV_ADDRESS_SANITIZER)
+    if (c.heapOwnedBySanitizer)
+        QSKIP("AddressSanitizer reports a double free itself and ends the process its own way");
+#endif
+    if (c.readOnlyFolder && !ProbeFolder::canHonourFilePermissions())
+        QSKIP("setpriv (util-linux) is needed to take root's access to read-only folders away");
+
+    ProbeFolder product;
+    QVERIFY(product.isValid());
+    // Records that must stay writable when the product folder is not: the feedback
+    // stand-in (started through a link beside the probe) and the callback's marker.
+    QTemporaryDir outside;
+    QVERIFY(outside.isValid());
+    const QString standIn = outside.filePath(QStringLiteral("Feedback"));
+    const QString record = standIn + QStringLiteral("-args.jsonl");
+    const QString marker = outside.filePath(QStringLiteral("callback.txt"));
+    if (c.feedbackProgram) {
+        QVERIFY(QFile::copy(QStringLiteral(ZV_STANDIN_PATH), standIn));
+        QVERIFY(QFile::setPermissions(standIn, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner));
+        QVERIFY(QFile::link(standIn, product.file(QStringLiteral("Feedback"))));
+    }
+
+    QStringList commands{QStringLiteral("crashhandle"), QStringLiteral("context"),
+                         QStringLiteral("setcrashmail:") + kCrashMail};
+    if (!c.commands.contains(QStringLiteral("crashcallback-faulty")))
+        commands << QStringLiteral("crashcallback:") + marker;
+    commands += c.commands;
+
+    const QFile::Permissions writable = QFileInfo(product.path()).permissions();
+    if (c.readOnlyFolder) {
+        QVERIFY(QFile::setPermissions(product.path(), QFile::ReadOwner | QFile::ExeOwner | QFile::ReadGroup
+                                                          | QFile::ExeGroup | QFile::ReadOther | QFile::ExeOther));
+        product.setHonourFilePermissions(true);
+    }
+    const ProbeFolder::Death death = product.runUntilDeath(commands);
+    const int started = launches(record, c.expected.launches);
+    QFile::setPermissions(product.path(), writable);
+
+    const QString err = QString::fromUtf8(readAll(product.file(QStringLiteral("probe.err"))));
+    QVERIFY2(death.signal == c.expected.signal,
+             qPrintable(QStringLiteral("died by signal %1 (exit code %2), %3 ms; log:\n%4")
+                            .arg(death.signal).arg(death.exitCode).arg(death.elapsedMs).arg(err.right(2000))));
+    // The watchdog bounds the steps after the launch to 5 seconds.
+    QVERIFY2(death.elapsedMs < 20000, QByteArray::number(death.elapsedMs).constData());
+
+    QStringList dumps = QDir(product.path()).entryList({QStringLiteral("*.dmp")}, QDir::Files);
+    dumps += QDir(outside.path()).entryList({QStringLiteral("*.dmp")}, QDir::Files);
+    QCOMPARE(dumps.size(), c.expected.dumps);
+    QCOMPARE(started, c.expected.launches);
+    if (started > 0) {
+        const QList<QByteArray> line = readAll(record).split('\n');
+        QVERIFY(line.first().startsWith("[\"" + kCrashMail.toUtf8() + "\","));
+        QVERIFY(line.first().endsWith(",\"0\"]"));
+    }
+    // The host's callback, when it was set, received the signal.
+    if (!c.commands.contains(QStringLiteral("crashcallback-faulty")))
+        QCOMPARE(readAll(marker).trimmed(), c.expected.callbackRuns ? QByteArray::number(c.expected.signal) : QByteArray());
+
+    if (c.expected.dumps == 0)
+        return;
+    const QString dump = product.file(QStringLiteral("crashcore.dmp"));
+    QCOMPARE(readAll(dump).left(4), QByteArray("MDMP"));
+    if (m_lldb.isEmpty())
+        QSKIP("lldb is not installed (Debian package lldb); the dump was not opened");
+    QProcess lldb;
+    lldb.start(m_lldb, {QStringLiteral("--batch"), QStringLiteral("--core"), dump, QStringLiteral("-o"),
+                        QStringLiteral("bt all")});
+    QVERIFY(lldb.waitForFinished(120000));
+    const QString bt = QString::fromUtf8(lldb.readAllStandardOutput());
+    const QString why = QStringLiteral("lldb says:\n") + bt.left(6000);
+    QVERIFY2(bt.contains(QLatin1String("was loaded")), qPrintable(why));
+    // One thread carries the exception.
+    QVERIFY2(bt.count(QLatin1String("stop reason = signal")) == 1, qPrintable(why));
+    QVERIFY2(bt.count(QLatin1String("frame #")) >= c.expected.minFrames, qPrintable(why));
+    if (!c.expected.frame.isEmpty()) {
+        int threadsShowing = 0;
+        for (const QString& thread : bt.split(QStringLiteral("thread #")))
+            threadsShowing += thread.contains(c.expected.frame) ? 1 : 0;
+        QVERIFY2(threadsShowing >= c.expected.crashedThreadsShown, qPrintable(why));
+    }
+}
+
+QTEST_GUILESS_MAIN(tst_CrashTorture)
+#include "tst_crashtorture.moc"
