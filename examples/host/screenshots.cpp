@@ -151,13 +151,15 @@ int runAll(const QString& folder)
         for (const QString language : {QStringLiteral("English"), QStringLiteral("Arabic")}) {
             QProcess child;
             child.setProcessEnvironment(environment);
-            child.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+            // The child's diagnostics (and those of the companions it starts) matter only
+            // when it fails; the paths it prints are the result.
             child.start(QCoreApplication::applicationFilePath(),
                         {QStringLiteral("--screenshots"), folder, QStringLiteral("--skin"), skin,
                          QStringLiteral("--language"), language});
             if (!child.waitForFinished(120000) || child.exitStatus() != QProcess::NormalExit
                 || child.exitCode() != 0) {
-                QTextStream(stderr) << "zvcore-demo: screenshots failed for " << skin << "/" << language << "\n";
+                QTextStream(stderr) << QString::fromLocal8Bit(child.readAllStandardError())
+                                    << "zvcore-demo: screenshots failed for " << skin << "/" << language << "\n";
                 status = 1;
             }
             out() << child.readAllStandardOutput();
