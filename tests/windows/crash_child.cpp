@@ -1,18 +1,28 @@
-// The crashing host of the crash tests: installs the library's filter, then dereferences
-// a null pointer in its working directory.
+// The crashing host of the crash tests: installs the library's filter, then crashes in
+// its working directory.
 //
-//   zv_crash_child <mode>
+//   zv_crash_child <mode> [<crash>]
 //     after    the filter with a host side: starts the feedback program beside this one
 //              with the crash arguments, then writes "callback.txt" with the exception code
 //     none     the filter without a host side
 //     intrude  as after, then another filter tries to take over; the outcome of that
 //              SetUnhandledExceptionFilter call goes to "intrude-result.txt"
+//     faulty   as after, but the host side faults after starting the feedback program
+//   <crash>, a null pointer write on the main thread unless one of:
+//     thread       on a second thread
+//     two-threads  on two threads at the same moment
+//     overflow     a stack overflow on the main thread
+//     overflow-thread  a stack overflow on a second thread
+//     abort        abort()
+//     double-free  a heap block freed twice, then a null pointer write
+//     heap-smash   the heap's records around a block overwritten and the block freed
 #include "commandline.h"
 #include "crashfilter_win.h"
 #include "lanesupport.h"
 #include "launcharguments.h"
 
 #include <cstdio>
+#include <cstdlib>
 #include <cstring>
 #include <string>
 
@@ -64,10 +74,102 @@ void afterDump(EXCEPTION_POINTERS* info)
     writeText(L"callback.txt", code);
 }
 
+void afterDumpFaulty(EXCEPTION_POINTERS* info)
+{
+    const std::wstring program =
+        (zvwin::ProgramDirectory() / zvwin::Wide(ZVUIFramework::kFeedbackProgram)).wstring();
+    std::wstring line =
+        zvwin::BuildCommandLine(program, zvwin::Wide(ZVUIFramework::FeedbackArguments(crashFields(), true)));
+    STARTUPINFOW startup{};
+    startup.cb = sizeof startup;
+    PROCESS_INFORMATION process{};
+    if (::CreateProcessW(program.c_str(), &line[0], nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
+                         &process)) {
+        ::WaitForSingleObject(process.hProcess, 30000);
+        ::CloseHandle(process.hThread);
+        ::CloseHandle(process.hProcess);
+    }
+    (void)info;
+    volatile int* volatile nowhere = nullptr;
+    *nowhere = 7;
+}
+
 LONG WINAPI intruder(EXCEPTION_POINTERS*)
 {
     writeText(L"intruder.txt", "intruder");
     return EXCEPTION_EXECUTE_HANDLER;
+}
+
+// Both volatile: a volatile pointer hides the null from the compiler (which would turn
+// the store into a trap instruction), and a volatile target keeps it from dropping the
+// store as dead. The point is a real access violation.
+__attribute__((noinline)) void crashHere()
+{
+    volatile int* volatile nowhere = nullptr;
+    *nowhere = 42;
+}
+
+volatile LONG g_arrived = 0;
+
+DWORD WINAPI crashingThread(void*)
+{
+    crashHere();
+    return 0;
+}
+
+DWORD WINAPI crashingTogether(void*)
+{
+    ::InterlockedIncrement(&g_arrived);
+    while (g_arrived < 2) {
+    }
+    crashHere();
+    return 0;
+}
+
+__attribute__((noinline)) int overflow(int depth)
+{
+    // Never true; it keeps the compiler from flagging the recursion as endless.
+    if (depth < 0)
+        return 0;
+    volatile char frame[4096];
+    frame[0] = char(depth);
+    return overflow(depth + 1) + frame[0];
+}
+
+DWORD WINAPI overflowingThread(void*)
+{
+    return DWORD(overflow(0));
+}
+
+void crash(const char* how)
+{
+    if (std::strcmp(how, "thread") == 0) {
+        HANDLE thread = ::CreateThread(nullptr, 0, &crashingThread, nullptr, 0, nullptr);
+        ::WaitForSingleObject(thread, INFINITE);
+    } else if (std::strcmp(how, "two-threads") == 0) {
+        HANDLE threads[2] = {::CreateThread(nullptr, 0, &crashingTogether, nullptr, 0, nullptr),
+                             ::CreateThread(nullptr, 0, &crashingTogether, nullptr, 0, nullptr)};
+        ::WaitForMultipleObjects(2, threads, TRUE, INFINITE);
+    } else if (std::strcmp(how, "overflow") == 0) {
+        overflow(0);
+    } else if (std::strcmp(how, "overflow-thread") == 0) {
+        HANDLE thread = ::CreateThread(nullptr, 0, &overflowingThread, nullptr, 0, nullptr);
+        ::WaitForSingleObject(thread, INFINITE);
+    } else if (std::strcmp(how, "abort") == 0) {
+        std::abort();
+    } else if (std::strcmp(how, "double-free") == 0) {
+        void* volatile block = ::HeapAlloc(::GetProcessHeap(), 0, 64);
+        ::HeapFree(::GetProcessHeap(), 0, block);
+        ::HeapFree(::GetProcessHeap(), 0, block);
+        // The heap may take the second free without a word; the crash comes anyway.
+    } else if (std::strcmp(how, "heap-smash") == 0) {
+        // The heap's own bookkeeping around a block overwritten, as a buffer overrun
+        // does it, and the block freed.
+        char* volatile block = static_cast<char*>(::HeapAlloc(::GetProcessHeap(), 0, 64));
+        std::memset(block - 16, 0x5a, 16 + 64 + 32);
+        ::HeapFree(::GetProcessHeap(), 0, block);
+    }
+    crashHere();
 }
 
 } // namespace
@@ -79,6 +181,8 @@ int main(int argc, char** argv)
         ZVUIFramework::WinCrash::InstallFilter(nullptr);
     } else if (std::strcmp(mode, "after") == 0 || std::strcmp(mode, "intrude") == 0) {
         ZVUIFramework::WinCrash::InstallFilter(&afterDump);
+    } else if (std::strcmp(mode, "faulty") == 0) {
+        ZVUIFramework::WinCrash::InstallFilter(&afterDumpFaulty);
     } else {
         std::fprintf(stderr, "unknown mode %s\n", mode);
         return 2;
@@ -88,10 +192,6 @@ int main(int argc, char** argv)
         writeText(L"intrude-result.txt", previous ? "replaced" : "refused");
     }
 
-    // Both volatile: a volatile pointer hides the null from the compiler (which would turn
-    // the store into a trap instruction), and a volatile target keeps it from dropping
-    // the store as dead. The point is a real access violation.
-    volatile int* volatile nowhere = nullptr;
-    *nowhere = 42;
+    crash(argc > 2 ? argv[2] : "");
     return 0;
 }

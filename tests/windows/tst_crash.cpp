@@ -2,6 +2,10 @@
 //   zvwin_crash crash        dump, feedback launch and host callback
 //   zvwin_crash readonly     the dump cannot be created; the host side still runs
 //   zvwin_crash no-callback  no host side; the dump is still written
+// and crashes at the worst moments, each ending with the process dead by the exception's
+// code, at most one dump and at most one start of the feedback program:
+//   zvwin_crash thread | two-threads | overflow | overflow-thread | abort | faulty |
+//               double-free | heap-smash | missing-feedback
 #include "check.h"
 #include "crashexpect.h"
 #include "lanesupport.h"
@@ -82,6 +86,88 @@ void noCallback()
     CHECK(!fs::exists(folder / L"callback.txt"));
 }
 
+struct Torture
+{
+    const char* name;
+    const wchar_t* mode;  // zv_crash_child's host side
+    const wchar_t* crash; // and how it crashes
+    DWORD exitCode;
+    int dumps;            // exactly, or at most with `atMost`
+    int launches;
+    const char* callback; // callback.txt, or null when it must not exist
+    bool feedbackProgram;
+    bool atMost;
+};
+
+constexpr DWORD kStackOverflowExit = 0xC00000FD;
+
+const Torture kTorture[] = {
+    {"thread", L"after", L"thread", zvwin::kAccessViolationExit, 1, 1, zvwin::kAccessViolationText, true, false},
+    // The second thread waits in the filter until the first one's report ends the process.
+    {"two-threads", L"after", L"two-threads", zvwin::kAccessViolationExit, 1, 1, zvwin::kAccessViolationText, true, false},
+    // The report runs on a thread of its own, with a stack of its own.
+    {"overflow", L"after", L"overflow", kStackOverflowExit, 1, 1, "c00000fd", true, false},
+    {"overflow-thread", L"after", L"overflow-thread", kStackOverflowExit, 1, 1, "c00000fd", true, false},
+    // The C runtime ends the process without raising an exception: no filter sees it.
+    {"abort", L"after", L"abort", 3, 0, 0, nullptr, true, false},
+    // The host side faults after the launch: the process ends at once, with that code.
+    {"faulty", L"faulty", L"", zvwin::kAccessViolationExit, 1, 1, nullptr, true, false},
+    {"double-free", L"after", L"double-free", zvwin::kAccessViolationExit, 1, 1, zvwin::kAccessViolationText, true, false},
+    // With the heap's records destroyed, writing the dump (which allocates) may fault in
+    // turn; the process then ends at once, with no report or a partial one.
+    {"heap-smash", L"after", L"heap-smash", 0, 1, 1, nullptr, true, true},
+    {"missing-feedback", L"after", L"", zvwin::kAccessViolationExit, 1, 0, zvwin::kAccessViolationText, false, false},
+};
+
+const Torture* findTorture(const char* name)
+{
+    for (const Torture& t : kTorture) {
+        if (std::strcmp(t.name, name) == 0)
+            return &t;
+    }
+    return nullptr;
+}
+
+void torture(const Torture& t)
+{
+    const fs::path folder = zvwin::FreshFolder(std::wstring(t.name, t.name + std::strlen(t.name)));
+    CHECK(zvwin::CopyProgram(L"zv_crash_child.exe", folder));
+    if (t.feedbackProgram)
+        CHECK(zvwin::CopyProgram(L"Feedback.exe", folder));
+    const zvwin::ChildRun run = zvwin::RunChild(folder / L"zv_crash_child.exe", {t.mode, t.crash}, folder);
+    CHECK(run.started);
+    CHECK(run.finished);
+    if (t.exitCode)
+        CHECK_EQ(run.exitCode, t.exitCode);
+    else // a fault of the heap or in the heap's own code
+        CHECK(run.exitCode == zvwin::kAccessViolationExit || run.exitCode == 0xC0000374);
+
+    const fs::path dump = folder / L"crashcore.dmp";
+    const int dumps = fs::is_regular_file(dump) ? 1 : 0;
+    const int launches = int(zvwin::ReadLines(folder / L"Feedback-args.jsonl").size());
+    if (t.atMost) {
+        CHECK(dumps <= t.dumps);
+        CHECK(launches <= t.launches);
+    } else {
+        CHECK_EQ(dumps, t.dumps);
+        CHECK_EQ(launches, t.launches);
+    }
+    if (dumps && !t.atMost) {
+        // One writer: the dump is whole and names the exception that ended the process.
+        const std::string bytes = zvwin::ReadFile(dump);
+        CHECK_EQ(bytes.substr(0, 4), std::string("MDMP"));
+        DWORD code = 0;
+        CHECK(zvwin::DumpExceptionCode(bytes, &code));
+        CHECK_EQ(code, t.exitCode);
+    }
+    if (launches == 1)
+        CHECK_EQ(zvwin::ReadLines(folder / L"Feedback-args.jsonl").front(), std::string(zvwin::kFeedbackLine));
+    if (t.callback)
+        CHECK_EQ(zvwin::ReadFile(folder / L"callback.txt"), std::string(t.callback));
+    else if (!t.atMost)
+        CHECK(!fs::exists(folder / L"callback.txt"));
+}
+
 } // namespace
 
 int main(int argc, char** argv)
@@ -93,7 +179,9 @@ int main(int argc, char** argv)
         readonly();
     else if (std::strcmp(which, "no-callback") == 0)
         noCallback();
+    else if (const Torture* t = findTorture(which))
+        torture(*t);
     else
-        CHECK(!"usage: zvwin_crash crash|readonly|no-callback");
+        CHECK(!"usage: zvwin_crash crash|readonly|no-callback|<torture case>");
     return zvcheck::finish(which);
 }

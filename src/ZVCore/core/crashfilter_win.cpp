@@ -7,6 +7,15 @@ namespace {
 
 AfterDump s_after = nullptr;
 
+// The thread that reports the crash: the first to enter the filter. Any other thread
+// that faults meanwhile waits for the process to end, so that a crash on several
+// threads gives one dump and one report.
+volatile LONG s_owner = 0;
+// Set while the owner's report runs: a fault during it is a fault of the report itself.
+volatile LONG s_busy = 0;
+// The thread that reports on a fresh stack after a stack overflow.
+volatile LONG s_helper = 0;
+
 using MiniDumpWriteDumpFunction = BOOL(WINAPI*)(HANDLE process, DWORD processId, HANDLE file, MINIDUMP_TYPE type,
                                                 PMINIDUMP_EXCEPTION_INFORMATION exception,
                                                 PMINIDUMP_USER_STREAM_INFORMATION userStreams,
@@ -58,6 +67,50 @@ bool isNtdll(const wchar_t* path)
     return *w == L'\0';
 }
 
+[[noreturn]] void endNow(EXCEPTION_POINTERS* info)
+{
+    const UINT code = info && info->ExceptionRecord ? UINT(info->ExceptionRecord->ExceptionCode) : 1u;
+    ::TerminateProcess(::GetCurrentProcess(), code);
+    for (;;)
+        ::Sleep(INFINITE);
+}
+
+[[noreturn]] void waitForTheEnd()
+{
+    for (;;)
+        ::Sleep(INFINITE);
+}
+
+void report(EXCEPTION_POINTERS* info, DWORD threadId)
+{
+    HANDLE file = ::CreateFileW(L"crashcore.dmp", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_WRITE, nullptr,
+                                CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
+    if (file && file != INVALID_HANDLE_VALUE) {
+        MINIDUMP_EXCEPTION_INFORMATION exceptionInformation{threadId, info, FALSE};
+        MINIDUMP_CALLBACK_INFORMATION callbackInformation{&DumpCallback, nullptr};
+        if (const MiniDumpWriteDumpFunction write = miniDumpWriteDump()) {
+            write(::GetCurrentProcess(), ::GetCurrentProcessId(), file, MiniDumpNormal,
+                  info ? &exceptionInformation : nullptr, nullptr, &callbackInformation);
+        }
+        ::CloseHandle(file);
+    }
+    if (s_after)
+        s_after(info);
+}
+
+struct Report
+{
+    EXCEPTION_POINTERS* info;
+    DWORD threadId;
+};
+
+DWORD WINAPI reportOnFreshStack(void* parameter)
+{
+    const Report* r = static_cast<const Report*>(parameter);
+    report(r->info, r->threadId);
+    return 0;
+}
+
 } // namespace
 
 void InstallFilter(AfterDump after)
@@ -95,19 +148,40 @@ void Seal()
 
 LONG WINAPI Filter(EXCEPTION_POINTERS* info)
 {
-    HANDLE file = ::CreateFileW(L"crashcore.dmp", GENERIC_READ | GENERIC_WRITE, FILE_SHARE_WRITE, nullptr,
-                                CREATE_ALWAYS, FILE_ATTRIBUTE_NORMAL, nullptr);
-    if (file && file != INVALID_HANDLE_VALUE) {
-        MINIDUMP_EXCEPTION_INFORMATION exceptionInformation{::GetCurrentThreadId(), info, FALSE};
-        MINIDUMP_CALLBACK_INFORMATION callbackInformation{&DumpCallback, nullptr};
-        if (const MiniDumpWriteDumpFunction write = miniDumpWriteDump()) {
-            write(::GetCurrentProcess(), ::GetCurrentProcessId(), file, MiniDumpNormal,
-                  info ? &exceptionInformation : nullptr, nullptr, &callbackInformation);
-        }
-        ::CloseHandle(file);
+    const DWORD self = ::GetCurrentThreadId();
+    const LONG owner = ::InterlockedCompareExchange(&s_owner, LONG(self), 0);
+    if (owner != 0 && owner != LONG(self)) {
+        // The helper's fault is the report's own.
+        if (s_helper == LONG(self))
+            endNow(info);
+        waitForTheEnd();
     }
-    if (s_after)
-        s_after(info);
+    // A fault while this thread reports: the system would call the filter again and
+    // again; the process ends at once instead, with the new fault's code.
+    if (::InterlockedExchange(&s_busy, 1) == 1)
+        endNow(info);
+
+    // After a stack overflow, what is left of the stack is too little for a dump, let
+    // alone for starting a program: the report runs on a thread of its own, and names
+    // the overflowed thread as the one that crashed.
+    const bool overflow = info && info->ExceptionRecord && info->ExceptionRecord->ExceptionCode == EXCEPTION_STACK_OVERFLOW;
+    HANDLE helper = nullptr;
+    if (overflow) {
+        static Report r;
+        r = Report{info, self};
+        DWORD helperId = 0;
+        helper = ::CreateThread(nullptr, 1024 * 1024, &reportOnFreshStack, &r, CREATE_SUSPENDED, &helperId);
+        if (helper) {
+            s_helper = LONG(helperId);
+            ::ResumeThread(helper);
+            ::WaitForSingleObject(helper, INFINITE);
+            ::CloseHandle(helper);
+        }
+    }
+    if (!helper)
+        report(info, self);
+
+    ::InterlockedExchange(&s_busy, 0);
     return EXCEPTION_EXECUTE_HANDLER;
 }
 

@@ -36,7 +36,9 @@ ZVCORE_AUTOTEST_EXPORT void Seal();
 
 // Writes "crashcore.dmp" in the working directory, calls the AfterDump given to
 // InstallFilter, and returns EXCEPTION_EXECUTE_HANDLER so that the process ends with
-// the exception code.
+// the exception code. The first thread to enter reports; other threads that fault
+// meanwhile wait for the process to end, and a fault during the report ends the
+// process at once. After a stack overflow the report runs on a thread of its own.
 ZVCORE_AUTOTEST_EXPORT LONG WINAPI Filter(EXCEPTION_POINTERS* info);
 
 // Keeps the dump small: module data segments only for ntdll, and only the thread and
