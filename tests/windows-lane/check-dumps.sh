@@ -4,7 +4,7 @@
 #
 #   check-dumps.sh <runs folder> <case>...
 #
-# Exits with 77 (reported by ctest as skipped) when lldb is missing.
+# Exits with 77 (reported by ctest as skipped) when lldb is missing or the lane did not run.
 set -u
 if [ $# -lt 2 ]; then
     echo "usage: $0 <runs folder> <case>..." >&2
@@ -12,6 +12,10 @@ if [ $# -lt 2 ]; then
 fi
 runs=$1
 shift
+if [ ! -d "$runs" ]; then
+    echo "SKIPPED: the Windows lane did not run here ($runs does not exist)" >&2
+    exit 77
+fi
 if ! command -v lldb >/dev/null 2>&1; then
     echo "SKIPPED: lldb is not installed (Debian package lldb)" >&2
     exit 77

@@ -366,6 +366,7 @@ void tst_HostileFiles::file_data()
     QTest::newRow("link file: NUL first")
         << Case{bytesAt(link, QByteArray(1, '\0') + linkFile(kLinkEntry)), linkCommands, untouchedLink()};
     QTest::newRow("link file: a folder") << Case{folder(link), linkCommands, untouchedLink()};
+    QTest::newRow("link file: a FIFO") << Case{fifo(link), linkCommands, untouchedLink()};
     Case linkUnreadable{unreadable(link, linkFile(kLinkEntry)), {QStringLiteral("link:About")},
                         untouchedLink().mid(0, 3)};
     linkUnreadable.honourPermissions = true;
