@@ -228,6 +228,7 @@ bool runHardeningCommand(const QString& verb, const QString& rest, bool* ok)
             {QStringLiteral("lastKeys"), keysOf(entries, entries.size() - 3, 3)},
             {QStringLiteral("elapsedMs"), elapsed},
         });
+        delete window;
         return true;
     }
     if (verb == QLatin1String("polish")) {
