@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <limits>
 
 namespace ZVUIFramework {
 
@@ -110,34 +111,91 @@ std::vector<std::uint32_t> RenderShadow(int width, int height, const std::functi
         }
     }
 
-    const auto stamp = [&](int cx, int cy) {
-        for (int k = 0; k < side; ++k) {
-            const int line = Hs - cy - 1 + K - k;
-            if (line < 0 || line >= Hs)
-                continue;
-            std::uint32_t* out = bits.data() + size_t(line) * size_t(Ws);
+    // Stamping keeps, per pixel, the larger of the bitmap and the kernel. The kernel is a
+    // function of the distance from its centre that never grows with the distance, so
+    // over a block of centres (a run of columns on consecutive rows) each pixel takes the
+    // kernel value of the nearest centre: a block is stamped line by line as a left
+    // ramp, a flat middle and a right ramp, whatever its size. That gives the same
+    // bitmap as stamping every centre of the block one by one, at the cost of one pass
+    // over the block's outline instead of (2K + 1)^2 pixels per centre.
+    //
+    // Each line remembers which columns stamps touched, from the start and from the end
+    // of the spans; the cut-out under the window then has to clear only those, since
+    // everything else there is still the zero the bitmap started with.
+    struct Hull
+    {
+        int from = std::numeric_limits<int>::max();
+        int to = std::numeric_limits<int>::min();
+    };
+    std::vector<Hull> touchedFromStart(size_t(Hs), Hull{});
+    std::vector<Hull> touchedFromEnd(size_t(Hs), Hull{});
+
+    const auto stampBlock = [&](int firstRow, int lastRow, int from, int to, std::vector<Hull>& touched) {
+        // Centres: shadow rows firstRow..lastRow, columns from..to - 1.
+        const int x0 = std::max(from - K, 0);
+        const int x1 = std::min(to - 1 + K, Ws - 1) + 1;
+        if (x0 >= x1)
+            return;
+        for (int r = std::max(firstRow - K, 0); r <= std::min(lastRow + K, Hs - 1); ++r) {
+            // The kernel row of the nearest centre row: the stamp centred on row i puts
+            // its row k on shadow row i - K + k.
+            const int k = r < firstRow ? r - firstRow + K : (r > lastRow ? r - lastRow + K : K);
             const std::uint32_t* in = kernel.data() + size_t(k) * size_t(side);
-            const int first = std::max(cx - K, 0);
-            const int last = std::min(cx + K, Ws - 1);
-            for (int x = first; x <= last; ++x)
-                out[x] = std::max(out[x], in[x - (cx - K)]);
+            const size_t line = size_t(Hs - 1 - r);
+            std::uint32_t* out = bits.data() + line * size_t(Ws);
+            const int middleFrom = std::max(from, x0);
+            const int middleTo = std::min(to, x1);
+            for (int x = x0; x < std::min(from, x1); ++x)
+                out[x] = std::max(out[x], in[x - from + K]);
+            const std::uint32_t middle = in[K];
+            for (int x = middleFrom; x < middleTo; ++x)
+                out[x] = std::max(out[x], middle);
+            for (int x = std::max(to, x0); x < x1; ++x)
+                out[x] = std::max(out[x], in[x - (to - 1) + K]);
+            Hull& hull = touched[line];
+            hull.from = std::min(hull.from, x0);
+            hull.to = std::max(hull.to, x1);
         }
+    };
+
+    // Consecutive rows whose runs of centres are the same form one block.
+    struct Block
+    {
+        int firstRow = 0;
+        int lastRow = -1;
+        int from = 0;
+        int to = 0;
+    };
+    const auto extend = [&](Block& block, int i, int from, int to, std::vector<Hull>& touched) {
+        if (from >= to)
+            return;
+        if (block.lastRow == i - 1 && block.from == from && block.to == to) {
+            block.lastRow = i;
+            return;
+        }
+        if (block.lastRow >= block.firstRow)
+            stampBlock(block.firstRow, block.lastRow, block.from, block.to, touched);
+        block = Block{i, i, from, to};
     };
 
     // The blurred border: only near the two ends of each span, where the row above or
     // below ends differently; inside, the fill below covers everything.
+    Block startBlock;
+    Block endBlock;
     for (int i = K; i < Hs - K; ++i) {
         const Span& here = row(i);
         if (here.start >= here.end)
             continue;
         const Span& above = row(i - 1);
         const Span& below = row(i + 1);
-        int j = here.start;
-        for (; j < std::min(std::max(above.start, below.start) + 1, here.end); ++j)
-            stamp(j, i);
-        for (j = std::max(j, std::min(above.end, below.end) - 1); j < here.end; ++j)
-            stamp(j, i);
+        const int startEnd = std::max(here.start, std::min(std::max(above.start, below.start) + 1, here.end));
+        extend(startBlock, i, here.start, startEnd, touchedFromStart);
+        extend(endBlock, i, std::max(startEnd, std::min(above.end, below.end) - 1), here.end, touchedFromEnd);
     }
+    if (startBlock.lastRow >= startBlock.firstRow)
+        stampBlock(startBlock.firstRow, startBlock.lastRow, startBlock.from, startBlock.to, touchedFromStart);
+    if (endBlock.lastRow >= endBlock.firstRow)
+        stampBlock(endBlock.firstRow, endBlock.lastRow, endBlock.from, endBlock.to, touchedFromEnd);
 
     // The fill, and the cut-out under the window.
     const auto fill = [&](std::uint32_t* line, int from, int to, std::uint32_t pixel) {
@@ -146,12 +204,18 @@ std::vector<std::uint32_t> RenderShadow(int width, int height, const std::functi
         for (int x = from; x < to; ++x)
             line[x] = pixel;
     };
+    const auto clear = [&](size_t line, int from, int to) {
+        std::uint32_t* out = bits.data() + line * size_t(Ws);
+        for (const Hull* hull : {&touchedFromStart[line], &touchedFromEnd[line]})
+            fill(out, std::max(from, hull->from), std::min(to, hull->to), 0u);
+    };
     const int firstRow = std::min(K, std::max(S - Y, 0));
     const int endRow = std::max(std::min(H + S - Y, H + 2 * S), Hs - K);
     for (int i = firstRow; i < endRow; ++i) {
         if (i < 0 || i >= Hs)
             continue;
-        std::uint32_t* line = bits.data() + size_t(Hs - i - 1) * size_t(Ws);
+        const size_t lineIndex = size_t(Hs - i - 1);
+        std::uint32_t* line = bits.data() + lineIndex * size_t(Ws);
         const Span& span = row(i);
         const int py = i - S + Y;
         if (py < 0 || py >= H) {
@@ -161,7 +225,7 @@ std::vector<std::uint32_t> RenderShadow(int width, int height, const std::functi
         const Span& o = O[size_t(py)];
         const int shift = S - X;
         fill(line, span.start, std::min(o.start + shift, span.end), full);
-        fill(line, std::max(o.start + shift, 0), std::min(o.end + shift, Ws), 0u);
+        clear(lineIndex, o.start + shift, o.end + shift);
         fill(line, std::max(o.end + shift, span.start), span.end, full);
     }
     return bits;

@@ -181,16 +181,20 @@ void ZVCoreWindow::paintEvent(QPaintEvent* event)
         QWidget::paintEvent(event);
         return;
     }
+    QPainter painter(this);
+    d->paintFrame(painter, applicationProperty("dlgRadius").toInt());
+}
 
-    const qreal radius = applicationProperty("dlgRadius").toInt();
-    const int w = width();
-    const int h = height();
+void ZVCoreWindowPrivate::drawFrame(QPainter& painter, const QSize& size, int radius)
+{
+    const qreal r = radius;
+    const int w = size.width();
+    const int h = size.height();
 
     QPainterPath background;
     background.setFillRule(Qt::WindingFill);
-    background.addRoundedRect(QRectF(5.0, 5.0, w - 10, h - 10), radius, radius, Qt::AbsoluteSize);
+    background.addRoundedRect(QRectF(5.0, 5.0, w - 10, h - 10), r, r, Qt::AbsoluteSize);
 
-    QPainter painter(this);
     painter.setRenderHint(QPainter::Antialiasing, true);
     painter.fillPath(background, QBrush(Qt::white, Qt::SolidPattern));
 
@@ -199,9 +203,61 @@ void ZVCoreWindow::paintEvent(QPaintEvent* event)
     for (int i = 0; i < 5; ++i) {
         QPainterPath ring;
         ring.setFillRule(Qt::WindingFill);
-        ring.addRoundedRect(QRectF(5 - i, 5 - i, w - 10 + 2 * i, h - 10 + 2 * i), radius, radius, Qt::AbsoluteSize);
+        ring.addRoundedRect(QRectF(5 - i, 5 - i, w - 10 + 2 * i, h - 10 + 2 * i), r, r, Qt::AbsoluteSize);
         color.setAlpha(int((std::sqrt(5.0) - std::sqrt(double(i))) * 20.0));
         painter.setPen(color);
         painter.drawPath(ring);
     }
+}
+
+void ZVCoreWindowPrivate::paintFrame(QPainter& painter, int radius)
+{
+    Q_Q(ZVCoreWindow);
+    const QSize size = q->size();
+    // The rings reach 5 pixels out from the background, the corners r pixels in, and an
+    // antialiased edge one pixel further; two more to spare.
+    const int band = ZVUIFramework::kShadowMargin + qMax(radius, 0) + 3;
+    // Copied bands only match the drawing pixel for pixel where a logical pixel is a
+    // device pixel and the painter moves by whole pixels at most; and a size seen once
+    // (a window being resized) is not worth keeping.
+    const QTransform transform = painter.deviceTransform();
+    const bool wholePixels = transform.type() <= QTransform::TxTranslate && transform.dx() == std::floor(transform.dx())
+        && transform.dy() == std::floor(transform.dy());
+    const bool keep = wholePixels && q->devicePixelRatioF() == 1.0 && size.width() > 2 * band
+        && size.height() > 2 * band && size == m_lastFrameSize && radius == m_lastFrameRadius;
+    m_lastFrameSize = size;
+    m_lastFrameRadius = radius;
+    if (!keep) {
+        m_frameBands = FrameBands();
+        drawFrame(painter, size, radius);
+        return;
+    }
+
+    FrameBands& bands = m_frameBands;
+    if (bands.size != size || bands.radius != radius) {
+        // Drawn whole, exactly as above, onto the transparent pixels the window's own
+        // paint starts from; only the bands are kept.
+        QImage frame(size, QImage::Format_ARGB32_Premultiplied);
+        frame.fill(Qt::transparent);
+        {
+            QPainter framePainter(&frame);
+            drawFrame(framePainter, size, radius);
+        }
+        const int w = size.width();
+        const int h = size.height();
+        bands.size = size;
+        bands.radius = radius;
+        bands.top = frame.copy(0, 0, w, band);
+        bands.bottom = frame.copy(0, h - band, w, band);
+        bands.left = frame.copy(0, band, band, h - 2 * band);
+        bands.right = frame.copy(w - band, band, band, h - 2 * band);
+    }
+
+    const int w = size.width();
+    const int h = size.height();
+    painter.fillRect(QRect(band, band, w - 2 * band, h - 2 * band), Qt::white);
+    painter.drawImage(QPoint(0, 0), bands.top);
+    painter.drawImage(QPoint(0, h - band), bands.bottom);
+    painter.drawImage(QPoint(0, band), bands.left);
+    painter.drawImage(QPoint(w - band, band), bands.right);
 }

@@ -14,9 +14,12 @@
 #include <QtCore/QPointF>
 #include <QtCore/QPointer>
 #include <QtCore/QRect>
+#include <QtCore/QSize>
+#include <QtGui/QImage>
 
 class ZVMainWindowTitle;
 class QMouseEvent;
+class QPainter;
 
 namespace ZVUIFramework {
 class CControlModule;
@@ -101,6 +104,24 @@ public:
     ZVUIFramework::CControlModule* m_controlModule = nullptr;
     bool m_resizable = false;
     bool m_savedDragFullWindows = false;
+
+    // The Qt-painted frame: a white rounded background and five rings. Stroking the
+    // rings is nearly all that the frame adds to a repaint of the window (well over
+    // half of what a plain window's whole repaint costs), while everything but a band
+    // along the edges is plain white; so once a size has been painted twice, the four
+    // edge bands are kept as images (some 200 kB for a 1000 x 680 window) and later
+    // paints copy them and fill the inside.
+    void paintFrame(QPainter& painter, int radius);
+    static void drawFrame(QPainter& painter, const QSize& size, int radius);
+    struct FrameBands
+    {
+        QSize size;
+        int radius = 0;
+        QImage top, bottom, left, right;
+    };
+    FrameBands m_frameBands;
+    QSize m_lastFrameSize;
+    int m_lastFrameRadius = 0;
 
     // The operating-system side, one definition per platform file.
 

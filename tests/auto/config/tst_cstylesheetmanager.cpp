@@ -3,6 +3,7 @@
 #include <ZVCore/private/CStyleSheetManager>
 
 #include <QtCore/QTemporaryDir>
+#include <QtCore/QTextCodec>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
 
@@ -123,6 +124,54 @@ private slots:
         write(QStringLiteral("A.qss"), "a{}\r\nb{}\r\n");
         QCOMPARE(CStyleSheetManager::Assemble({{QStringLiteral("A.qss"), true}}, qssDir(), QStringLiteral("P/")),
                  QStringLiteral("a{}\nb{}\n") + kRule);
+    }
+
+    // Two files, each read as a text stream reads it, rewritten on its own, joined.
+    void assemblyOfTwoFiles_data()
+    {
+        QTest::addColumn<QByteArray>("first");
+        QTest::addColumn<QByteArray>("second");
+        QTest::addColumn<QString>("expected");
+        QTest::newRow("separator name across the seam")
+            << QByteArray("a{}/* separ") << QByteArray("ator_line */") << QStringLiteral("a{}/* separator_line */");
+        QTest::newRow("reference across the seam stays")
+            << QByteArray("a{image:url(:") << QByteArray("/a.png);}") << QStringLiteral("a{image:url(:/a.png);}") + kRule;
+        QTest::newRow("adjacent references")
+            << QByteArray("url(:/url(:/") << QByteArray("url(:/") << QStringLiteral("url(P/url(P/url(P/") + kRule;
+        QTest::newRow("references at both ends")
+            << QByteArray("url(:/a") << QByteArray("b url(:/") << QStringLiteral("url(P/ab url(P/") + kRule;
+        QTest::newRow("byte-order mark")
+            << QByteArray("\xEF\xBB\xBF" "a{image:url(:/a.png);}") << QByteArray("b{}")
+            << QStringLiteral("a{image:url(P/a.png);}b{}") + kRule;
+        QTest::newRow("carriage returns anywhere")
+            << QByteArray("a{\rimage:url(:/a.png);}\r\n") << QByteArray("\rb{}")
+            << QStringLiteral("a{image:url(P/a.png);}\nb{}") + kRule;
+        QTest::newRow("non-ASCII around a reference")
+            << QByteArray("\xC3\xA9{image:url(:/\xC3\xBC.png);}") << QByteArray("\xE2\x82\xAC")
+            << QString::fromUtf8("\xC3\xA9{image:url(P/\xC3\xBC.png);}\xE2\x82\xAC") + kRule;
+        QTest::newRow("empty files") << QByteArray() << QByteArray() << kRule;
+    }
+
+    void assemblyOfTwoFiles()
+    {
+        if (QTextCodec::codecForLocale()->mibEnum() != 106)
+            QSKIP("the rows are written for a UTF-8 locale");
+        QFETCH(QByteArray, first);
+        QFETCH(QByteArray, second);
+        QFETCH(QString, expected);
+        write(QStringLiteral("A.qss"), first);
+        write(QStringLiteral("B.qss"), second);
+        const QMap<QString, bool> files{{QStringLiteral("A.qss"), true}, {QStringLiteral("B.qss"), true}};
+        QCOMPARE(CStyleSheetManager::Assemble(files, qssDir(), QStringLiteral("P/")), expected);
+    }
+
+    void pictureFolderOutsideTheLocaleCodec()
+    {
+        // A folder name the locale's codec cannot carry is still substituted as given.
+        write(QStringLiteral("A.qss"), "a{image:url(:/a.png);}");
+        const QString folder = QString(QChar(0xD800)) + QStringLiteral("/");
+        QCOMPARE(CStyleSheetManager::Assemble({{QStringLiteral("A.qss"), true}}, qssDir(), folder),
+                 QStringLiteral("a{image:url(") + folder + QStringLiteral("a.png);}") + kRule);
     }
 
     void relativeImagePathProperty()

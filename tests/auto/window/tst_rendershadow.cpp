@@ -5,6 +5,7 @@
 #include <QtTest/QtTest>
 
 #include <cmath>
+#include <random>
 
 using ZVUIFramework::RenderShadow;
 using ZVUIFramework::ShadowSettings;
@@ -290,6 +291,49 @@ private slots:
         QCOMPARE(bits.size(), size_t(60 * 50));
         for (std::uint32_t p : bits)
             QCOMPARE(p, 0u);
+    }
+
+    void irregularRegionsMatchTheReference()
+    {
+        // Regions whose rows start and end anywhere, with gaps and scattered pixels, and
+        // settings across their whole ranges: the runs of stamps and the cut-out vary
+        // from row to row. The generator is seeded, so a failure repeats.
+        std::mt19937 random(20260101);
+        for (int round = 0; round < 300; ++round) {
+            const int w = 1 + int(random() % 70);
+            const int h = 1 + int(random() % 70);
+            std::vector<std::pair<int, int>> rows(static_cast<size_t>(h));
+            for (auto& row : rows) {
+                const int a = int(random() % unsigned(w + 1));
+                const int b = int(random() % unsigned(w + 1));
+                row = random() % 6 == 0 ? std::make_pair(w, 0) : std::make_pair(std::min(a, b), std::max(a, b));
+            }
+            std::vector<char> scattered(static_cast<size_t>(w * h));
+            for (char& pixel : scattered)
+                pixel = random() % 3 == 0;
+            const bool jagged = round % 2 == 0;
+            const Region region = [&, w](int x, int y) {
+                if (jagged)
+                    return x >= rows[size_t(y)].first && x < rows[size_t(y)].second;
+                return scattered[size_t(y) * size_t(w) + size_t(x)] != 0;
+            };
+            ShadowSettings s;
+            s.size = int(random() % 41) - 20;
+            s.sharpness = random() % 21;
+            s.darkness = random() % 256;
+            s.xOffset = int(random() % 41) - 20;
+            s.yOffset = int(random() % 41) - 20;
+            s.color = random() % 4 == 0 ? 0u : std::uint32_t(random() & 0xFFFFFF);
+            if (w + 2 * s.size <= 0 || h + 2 * s.size <= 0) {
+                // A shadow drawn that far inside leaves no bitmap at all.
+                QVERIFY(RenderShadow(w, h, region, s).empty());
+                continue;
+            }
+            if (RenderShadow(w, h, region, s) != reference(w, h, region, s))
+                QFAIL(qPrintable(QStringLiteral("round %1: %2x%3, size %4, sharpness %5, darkness %6, offsets %7,%8")
+                                     .arg(round).arg(w).arg(h).arg(s.size).arg(s.sharpness).arg(s.darkness)
+                                     .arg(s.xOffset).arg(s.yOffset)));
+        }
     }
 
     void windowWithAHoleRow()

@@ -13,6 +13,8 @@
 #include <ZVCore/private/ZVMainWindowTitle>
 
 #include <QtCore/QPointer>
+#include <QtGui/QPainter>
+#include <QtGui/QPainterPath>
 #include <QtGui/QScreen>
 #include <QtGui/QWindow>
 #include <QtTest/QtTest>
@@ -213,6 +215,8 @@ private slots:
     // painting and the painted margin
     void paintsWhiteBackgroundAndFadingRings();
     void roundedCornersFollowDlgRadius();
+    void repaintsMatchTheDrawingSteps_data();
+    void repaintsMatchTheDrawingSteps();
     void maximisingRemovesTheMarginAndRestoringBringsItBack();
     void marginFlagIsProcessWide();
     void layeredModeLeavesTheMarginAlone();
@@ -769,6 +773,68 @@ void tst_ZVCoreWindow::roundedCornersFollowDlgRadius()
     // The straight parts of the edges are still filled.
     QCOMPARE(qAlpha(image.pixel(100, 5)), 255);
     QCOMPARE(qAlpha(image.pixel(5, 75)), 255);
+}
+
+void tst_ZVCoreWindow::repaintsMatchTheDrawingSteps_data()
+{
+    QTest::addColumn<int>("radius");
+    QTest::addColumn<QSize>("size");
+    QTest::newRow("square corners") << 0 << QSize(200, 150);
+    QTest::newRow("radius 8") << 8 << QSize(331, 217);
+    QTest::newRow("radius 13") << 13 << QSize(640, 480);
+    QTest::newRow("too small to keep bands") << 30 << QSize(70, 60);
+}
+
+void tst_ZVCoreWindow::repaintsMatchTheDrawingSteps()
+{
+    // The background and the rings exactly as the frame describes them, on transparent
+    // pixels.
+    QFETCH(int, radius);
+    QFETCH(QSize, size);
+    QImage expected(size, QImage::Format_ARGB32_Premultiplied);
+    expected.fill(Qt::transparent);
+    {
+        QPainter painter(&expected);
+        painter.setRenderHint(QPainter::Antialiasing, true);
+        const int w = size.width();
+        const int h = size.height();
+        QPainterPath background;
+        background.setFillRule(Qt::WindingFill);
+        background.addRoundedRect(QRectF(5.0, 5.0, w - 10, h - 10), radius, radius, Qt::AbsoluteSize);
+        painter.fillPath(background, QBrush(Qt::white, Qt::SolidPattern));
+        const int alphas[] = {44, 24, 16, 10, 4};
+        for (int i = 0; i < 5; ++i) {
+            QPainterPath ring;
+            ring.setFillRule(Qt::WindingFill);
+            ring.addRoundedRect(QRectF(5 - i, 5 - i, w - 10 + 2 * i, h - 10 + 2 * i), radius, radius, Qt::AbsoluteSize);
+            painter.setPen(QColor(0, 0, 0, alphas[i]));
+            painter.drawPath(ring);
+        }
+    }
+
+    qApp->setProperty("dlgRadius", radius);
+    HostWindow window;
+    window.GetTitleWidget()->hide();
+    window.resize(size);
+    // The first paint of a size, the second, and the ones after it all look the same.
+    for (int paint = 0; paint < 3; ++paint) {
+        const QImage image = window.grab().toImage().convertToFormat(QImage::Format_ARGB32_Premultiplied);
+        QCOMPARE(image.size(), size);
+        for (int y = 0; y < size.height(); ++y) {
+            for (int x = 0; x < size.width(); ++x) {
+                if (image.pixel(x, y) != expected.pixel(x, y))
+                    QFAIL(qPrintable(QStringLiteral("paint %1: pixel (%2,%3) is %4 instead of %5")
+                                         .arg(paint).arg(x).arg(y)
+                                         .arg(image.pixel(x, y), 8, 16)
+                                         .arg(expected.pixel(x, y), 8, 16)));
+            }
+        }
+    }
+    // A new size is painted right at once.
+    window.resize(size + QSize(17, 9));
+    const QImage grown = window.grab().toImage();
+    QCOMPARE(grown.size(), size + QSize(17, 9));
+    QCOMPARE(grown.pixel(size.width() / 2, size.height() / 2), qRgba(255, 255, 255, 255));
 }
 
 void tst_ZVCoreWindow::maximisingRemovesTheMarginAndRestoringBringsItBack()
