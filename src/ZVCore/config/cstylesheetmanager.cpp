@@ -14,7 +14,6 @@
 
 #include <algorithm>
 #include <cstring>
-#include <vector>
 
 
 namespace ZVUIFramework {
@@ -98,13 +97,10 @@ QString CStyleSheetManager::Assemble(const QMap<QString, bool>& files, const QSt
     if ((mib != 106 && mib != 4) || codec->toUnicode(encodedReplacement) != replacement)
         return assembleThroughTextStreams(files, qssDir, replacement);
 
-    struct Sheet
-    {
-        QByteArray bytes;
-        bool rewrite;
-    };
-    std::vector<Sheet> sheets;
-    qint64 total = 0;
+    // One file at a time, so that no more than one file's bytes, their rewritten copy
+    // and their text are alive at once besides the sheet.
+    QString sheet;
+    bool separatorFound = false;
     for (auto it = files.cbegin(); it != files.cend(); ++it) {
         const QString path = qssDir + it.key();
         // Only regular files: a FIFO or a device would block or never end.
@@ -114,43 +110,38 @@ QString CStyleSheetManager::Assemble(const QMap<QString, bool>& files, const QSt
         if (!file.open(QIODevice::ReadOnly))
             continue;
         QByteArray bytes = file.readAll();
+        file.close();
         const unsigned char first = bytes.isEmpty() ? 0x20 : static_cast<unsigned char>(bytes.front());
         if (first == 0x00 || first == 0xEF || first == 0xFE || first == 0xFF
             || std::memchr(bytes.constData(), '\r', size_t(bytes.size())))
             return assembleThroughTextStreams(files, qssDir, replacement);
-        total += bytes.size();
-        sheets.push_back({std::move(bytes), it.value()});
-    }
 
-    QString sheet;
-    if (total < (qint64(1) << 28))
-        sheet.reserve(int(total + total / 4 + 64));
-    bool separatorFound = false;
-    QByteArray rewritten;
-    for (const Sheet& file : sheets) {
-        const QByteArray* text = &file.bytes;
-        if (file.rewrite) {
-            rewritten.resize(0);
-            rewritten.reserve(file.bytes.size() + file.bytes.size() / 4 + 64);
-            const char* from = file.bytes.constData();
-            const char* const end = from + file.bytes.size();
+        if (it.value()) {
+            QByteArray rewritten;
+            const char* from = bytes.constData();
+            const char* const end = from + bytes.size();
             // Anchored on "(".
             while (const char* at = findBytes(from, end, kImageReference, 3)) {
+                if (rewritten.isEmpty())
+                    rewritten.reserve(bytes.size() + bytes.size() / 4 + 64);
                 rewritten.append(from, int(at - from));
                 rewritten.append(encodedReplacement);
                 from = at + sizeof kImageReference - 1;
             }
-            rewritten.append(from, int(end - from));
-            text = &rewritten;
+            if (from != bytes.constData()) {
+                rewritten.append(from, int(end - from));
+                bytes = std::move(rewritten);
+            }
         }
         // Inside one file the name is found among the bytes exactly where it is among
         // the characters; across the seam between two files, where the decoder may hold
         // back an unfinished sequence, it is looked for among the characters.
         if (!separatorFound) // anchored on "_"
-            separatorFound = findBytes(text->constData(), text->constData() + text->size(), kSeparatorName, 9);
+            separatorFound = findBytes(bytes.constData(), bytes.constData() + bytes.size(), kSeparatorName, 9);
         const int seam = sheet.size();
         QTextCodec::ConverterState state;
-        sheet += codec->toUnicode(text->constData(), text->size(), &state);
+        sheet += codec->toUnicode(bytes.constData(), bytes.size(), &state);
+        bytes = QByteArray();
         if (!separatorFound && seam > 0) {
             const int from = std::max(0, seam - int(sizeof kSeparatorName - 2));
             const int to = std::min(sheet.size(), seam + int(sizeof kSeparatorName - 2));
