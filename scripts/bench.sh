@@ -1,15 +1,16 @@
 #!/usr/bin/env bash
 # Installs what is missing, builds the benchmarks in release mode (build/bench), runs
-# every one of them twice -- timed, then counted instruction by instruction under
-# valgrind's callgrind -- and prints one table on standard output. Progress, one line
-# per step, and the build's output go to standard error; each program's own messages go
-# to build/bench/results/<program>.log.
+# every one of them timed, runs again those whose pieces can be counted instruction by
+# instruction under valgrind's callgrind, and prints one table on standard output.
+# Progress, one line per step, and the build's output go to standard error; each
+# program's own messages go to build/bench/results/<program>.log.
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # shellcheck source=deps.sh
 . "$root/scripts/deps.sh"
 
-zv_require "${ZV_BUILD_PACKAGES[@]}" valgrind
+# Standard output is for the table only.
+zv_require "${ZV_BUILD_PACKAGES[@]}" valgrind >&2
 
 build="$root/build/bench"
 echo "==> Configuring $build" >&2
