@@ -9,6 +9,7 @@
 // implementation and may change from version to version without notice.
 //
 
+#include <ZVCore/zvcore_export.h>
 #include <ZVCore/CSkin>
 #include <ZVCore/ZVApplicationInfo>
 #include <ZVCore/private/LaunchArguments>
@@ -21,7 +22,9 @@
 
 namespace ZVUIFramework {
 
-class ZVApplicationInfoPrivate
+// Exported by a developer build, so that the product file reader can be driven
+// without the process-wide context.
+class ZVCORE_AUTOTEST_EXPORT ZVApplicationInfoPrivate
 {
 public:
     QString brandName;

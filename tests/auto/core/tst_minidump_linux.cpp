@@ -68,6 +68,29 @@ constexpr quint32 kContextArch = 0x00400000;
 // The secret the crasher finds in its environment; it must not reach the dump.
 const QByteArray kSecret = "zv-minidump-secret-6f1d2c";
 
+// Whether the crasher's allocation count says something about the writer. In a build
+// with AddressSanitizer it does not: before each call that does not return, the
+// instrumented code unpoisons the stack, and on an alternate signal stack the sanitizer
+// looks up the thread's own stack with pthread_getattr_np(), which allocates. Those
+// calls are the sanitizer's; only the writer's result is checked there.
+#if defined(__SANITIZE_ADDRESS__)
+constexpr bool kAllocationsCounted = false;
+#elif defined(__has_feature)
+#if __has_feature(address_sanitizer)
+constexpr bool kAllocationsCounted = false;
+#else
+constexpr bool kAllocationsCounted = true;
+#endif
+#else
+constexpr bool kAllocationsCounted = true;
+#endif
+
+// handler.out of a run in which the writer succeeded without allocating; where the
+// count means nothing, the count is not compared.
+#define COMPARE_HANDLER_OUT(out)                                                                  \
+    QCOMPARE(kAllocationsCounted ? QString(out) : QString(out).section(QLatin1Char(' '), 0, 0), \
+             kAllocationsCounted ? QStringLiteral("ok=1 allocations=0") : QStringLiteral("ok=1"))
+
 struct Location
 {
     quint32 size = 0;
@@ -595,6 +618,8 @@ void TestMinidumpLinux::writerDoesNotAllocate()
     // The crasher wraps malloc, calloc and realloc (and with them operator new) and counts
     // the calls made while the writer runs, in the crashing process and in the helper
     // process, which shares the counter.
+    if (!kAllocationsCounted)
+        QSKIP("AddressSanitizer's own stack handling allocates in the signal handler");
     QCOMPARE(m_crash.handler, QStringLiteral("ok=1 allocations=0"));
 }
 
@@ -654,7 +679,7 @@ void TestMinidumpLinux::listsEveryThread()
     const CrashRun run = RunCrasher(dir.path(), {QStringLiteral("--threads"), QStringLiteral("7")});
     QVERIFY(run.signaled);
     QCOMPARE(run.signal, SIGSEGV);
-    QCOMPARE(run.handler, QStringLiteral("ok=1 allocations=0"));
+    COMPARE_HANDLER_OUT(run.handler);
     const Minidump dump(run.dump);
     const QVector<Thread> threads = dump.threads();
     QCOMPARE(threads.size(), 9);
@@ -685,7 +710,7 @@ void TestMinidumpLinux::withoutPtrace()
     const CrashRun run = RunCrasher(dir.path(), {QStringLiteral("--deny"), denied});
     QVERIFY(run.signaled);
     QCOMPARE(run.signal, SIGSEGV);
-    QCOMPARE(run.handler, QStringLiteral("ok=1 allocations=0"));
+    COMPARE_HANDLER_OUT(run.handler);
     const Minidump dump(run.dump);
     const QVector<Thread> threads = dump.threads();
     // Every thread is listed; only the crashing one has registers.
@@ -712,7 +737,7 @@ void TestMinidumpLinux::undumpableProcess()
     const CrashRun run = RunCrasher(dir.path(), {QStringLiteral("--undumpable")}, true);
     QVERIFY(run.signaled);
     QCOMPARE(run.signal, SIGSEGV);
-    QCOMPARE(run.handler, QStringLiteral("ok=1 allocations=0"));
+    COMPARE_HANDLER_OUT(run.handler);
     const Minidump dump(run.dump);
     QCOMPARE(dump.threads().size(), 2);
     checkCrashThread(dump, run);

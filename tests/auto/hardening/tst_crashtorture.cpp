@@ -21,6 +21,13 @@
 #define ZV_ADDRESS_SANITIZER 1
 #endif
 #endif
+#if defined(__SANITIZE_THREAD__)
+#define ZV_THREAD_SANITIZER 1
+#elif defined(__has_feature)
+#if __has_feature(thread_sanitizer)
+#define ZV_THREAD_SANITIZER 1
+#endif
+#endif
 
 namespace {
 
@@ -182,6 +189,14 @@ void tst_CrashTorture::crash()
         QSKIP("AddressSanitizer reports a double free itself and ends the process its own way");
     if (c.ownStacksUnderSanitizer)
         QSKIP("AddressSanitizer gives every thread an alternate signal stack of its own");
+#endif
+#if defined(ZV_THREAD_SANITIZER)
+    if (c.heapOwnedBySanitizer)
+        QSKIP("ThreadSanitizer's allocator reports a double free itself and ends the process its own way");
+    // Every instrumented call also pushes onto the sanitizer's own call stack, which a
+    // runaway recursion overruns too; the fault may then come from inside the sanitizer.
+    if (c.commands.contains(QStringLiteral("crash:overflow")))
+        QSKIP("ThreadSanitizer's shadow call stack overflows with the real one");
 #endif
     if (c.readOnlyFolder && !ProbeFolder::canHonourFilePermissions())
         QSKIP("setpriv (util-linux) is needed to take root's access to read-only folders away");
