@@ -1,8 +1,9 @@
 #include "xmlguard.h"
 
+#include <QtCore/QBuffer>
 #include <QtCore/QString>
-#include <QtCore/QTextCodec>
 #include <QtXml/QDomDocument>
+#include <QtXml/QXmlInputSource>
 
 #include <cstring>
 #include <type_traits>
@@ -12,10 +13,8 @@ namespace XmlGuard {
 
 namespace {
 
-// Walks the markup of a document in code units (bytes of an ASCII-compatible encoding,
-// or UTF-16 units): whatever the encoding, the characters that make up markup are
-// ASCII. Comments, CDATA sections, processing instructions and quoted attribute values
-// hide what they hold; an element opens with '<' and a name and closes with "</" or
+// Walks the markup of a document's text. Comments, CDATA sections, processing
+// instructions and quoted attribute values hide what they hold; an element opens with '<' and a name and closes with "</" or
 // "/>". No well-formedness is checked, that is the DOM parser's part; the walk only
 // has to see at least as deep as the parser will go, and it does: it never counts a
 // level less than the document has.
@@ -120,20 +119,39 @@ private:
     size_t m_size;
 };
 
+// The document's text exactly as QDomDocument::setContent(QByteArray) reads it in Qt 5:
+// through a QXmlInputSource over a buffer, which decodes by the byte order mark or by
+// the encoding that the XML declaration names, with any codec Qt has. Markup need not
+// be ASCII bytes then: in UTF-7, for one, "+ADw-" is a '<'. The parser ends the
+// document at the source's end marker (U+FFFF) and asks for more data at the other
+// (U+FFFE), so those are taken the same way here.
+QString parserText(const QByteArray& bytes)
+{
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    QByteArray data = bytes;
+    QBuffer buffer(&data);
+    buffer.open(QIODevice::ReadOnly);
+    QXmlInputSource source(&buffer);
+    QString text;
+    text.reserve(bytes.size());
+    for (;;) {
+        const QChar c = source.next();
+        if (c.unicode() == QXmlInputSource::EndOfDocument)
+            break;
+        if (c.unicode() != QXmlInputSource::EndOfData)
+            text += c;
+    }
+    QT_WARNING_POP
+    return text;
+}
+
 } // namespace
 
 bool IsWithinLimits(const QByteArray& bytes)
 {
-    // Byte order marks or NUL bytes among the first few: a UTF-16 or UTF-32 document,
-    // walked in UTF-16 units as the parser's decoder would see them.
-    const bool wide = bytes.startsWith("\xff\xfe") || bytes.startsWith("\xfe\xff")
-        || bytes.left(4).contains('\0');
-    if (wide) {
-        QTextCodec* codec = QTextCodec::codecForUtfText(bytes, QTextCodec::codecForName("UTF-16"));
-        const QString text = codec ? codec->toUnicode(bytes) : QString();
-        return Scanner<char16_t>(reinterpret_cast<const char16_t*>(text.utf16()), size_t(text.size())).withinLimits();
-    }
-    return Scanner<char>(bytes.constData(), size_t(bytes.size())).withinLimits();
+    const QString text = parserText(bytes);
+    return Scanner<char16_t>(reinterpret_cast<const char16_t*>(text.utf16()), size_t(text.size())).withinLimits();
 }
 
 bool Parse(QDomDocument& document, const QByteArray& bytes)

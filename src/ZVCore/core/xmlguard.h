@@ -31,7 +31,8 @@ constexpr int MaxDepth = 256;
 // Whether \a bytes is a document the DOM parser may be given: elements nested at most
 // MaxDepth levels, and no entity declarations (the product files need none; declared
 // entities are what expansion attacks are made of). Well-formedness is left to the
-// parser. Runs in linear time, without building anything.
+// parser. The text walked is the one the parser reads, decoded by the byte order mark
+// or the declared encoding. Runs in linear time; the decoded text is all it builds.
 ZVCORE_AUTOTEST_EXPORT bool IsWithinLimits(const QByteArray& bytes);
 
 // QDomDocument::setContent(bytes, false) for documents within the limits; false for the
