@@ -72,7 +72,7 @@ zv_lane() {
 if [ "$sanitizers" != 0 ]; then
     san="$root/build/san"
     echo "==> Configuring $san (clang, AddressSanitizer, UndefinedBehaviorSanitizer, libFuzzer)"
-    zv_configure_san "$san" ${ZVCORE_FUZZ_SECONDS:+"-DZVCORE_FUZZ_SECONDS=$ZVCORE_FUZZ_SECONDS"}
+    zv_configure_san "$san" "-DZVCORE_FUZZ_SECONDS=${ZVCORE_FUZZ_SECONDS:-25}"
     if zv_build asan+ubsan fuzz -- "$san"; then
         zv_lane asan+ubsan "$san" -L unit
         zv_lane fuzz "$san" -L fuzz
