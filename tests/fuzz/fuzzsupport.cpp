@@ -16,6 +16,7 @@
 #include <vector>
 
 #include <fcntl.h>
+#include <sys/prctl.h>
 #include <sys/stat.h>
 #include <sys/wait.h>
 #include <unistd.h>
@@ -110,12 +111,17 @@ void RunFromPrivateFolder(int* argc, char*** argv)
         std::_Exit(1);
     }
 
+    const pid_t parent = ::getpid();
     const pid_t child = ::fork();
     if (child < 0) {
         std::perror("zvfuzz: fork");
         std::_Exit(1);
     }
     if (child == 0) {
+        // Killed outright (a test's timeout), this process takes the copy with it.
+        ::prctl(PR_SET_PDEATHSIG, SIGTERM);
+        if (::getppid() != parent)
+            std::_Exit(1);
         ::setenv(kOwnerVariable, std::to_string(long(::getpid())).c_str(), 1);
         ::execv(copy.c_str(), *argv);
         std::perror("zvfuzz: exec");
