@@ -1,3 +1,4 @@
+# shellcheck shell=bash
 # Sourced by test.sh and fuzz.sh (after deps.sh, with $root set): the sanitizer builds.
 #
 #   build/san   clang, AddressSanitizer + UndefinedBehaviorSanitizer, and the libFuzzer
@@ -11,6 +12,7 @@
 # lanes (ZVCORE_TEST_LABELS).
 
 # clang and its runtimes (the sanitizers, libFuzzer), and llvm-symbolizer for reports.
+# shellcheck disable=SC2034 # used by the scripts that source this one
 ZV_SANITIZER_PACKAGES=(clang-14 libclang-rt-14-dev llvm-14)
 ZV_CLANG=clang++-14
 
