@@ -52,7 +52,9 @@ ZVUIFramework::FeedbackFields crashFields()
     return fields;
 }
 
-void afterDump(EXCEPTION_POINTERS* info)
+// Starts the feedback stand-in in crash mode and waits for it: the test reads what the
+// stand-in recorded as soon as this process is gone.
+void startFeedbackAndWait()
 {
     const std::wstring program =
         (zvwin::ProgramDirectory() / zvwin::Wide(ZVUIFramework::kFeedbackProgram)).wstring();
@@ -63,11 +65,15 @@ void afterDump(EXCEPTION_POINTERS* info)
     PROCESS_INFORMATION process{};
     if (::CreateProcessW(program.c_str(), &line[0], nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
                          &process)) {
-        // The test reads what the stand-in recorded as soon as this process is gone.
         ::WaitForSingleObject(process.hProcess, 30000);
         ::CloseHandle(process.hThread);
         ::CloseHandle(process.hProcess);
     }
+}
+
+void afterDump(EXCEPTION_POINTERS* info)
+{
+    startFeedbackAndWait();
     char code[16] = "none";
     if (info && info->ExceptionRecord)
         std::snprintf(code, sizeof code, "%08lx", static_cast<unsigned long>(info->ExceptionRecord->ExceptionCode));
@@ -76,19 +82,7 @@ void afterDump(EXCEPTION_POINTERS* info)
 
 void afterDumpFaulty(EXCEPTION_POINTERS* info)
 {
-    const std::wstring program =
-        (zvwin::ProgramDirectory() / zvwin::Wide(ZVUIFramework::kFeedbackProgram)).wstring();
-    std::wstring line =
-        zvwin::BuildCommandLine(program, zvwin::Wide(ZVUIFramework::FeedbackArguments(crashFields(), true)));
-    STARTUPINFOW startup{};
-    startup.cb = sizeof startup;
-    PROCESS_INFORMATION process{};
-    if (::CreateProcessW(program.c_str(), &line[0], nullptr, nullptr, FALSE, 0, nullptr, nullptr, &startup,
-                         &process)) {
-        ::WaitForSingleObject(process.hProcess, 30000);
-        ::CloseHandle(process.hThread);
-        ::CloseHandle(process.hProcess);
-    }
+    startFeedbackAndWait();
     (void)info;
     volatile int* volatile nowhere = nullptr;
     *nowhere = 7;
