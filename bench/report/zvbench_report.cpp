@@ -175,7 +175,9 @@ int main(int argc, char** argv)
     }
 
     QTextStream out(stdout);
-    out.setCodec("UTF-8");
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    out.setCodec("UTF-8"); // Qt 6 streams write UTF-8 by default
+#endif
     const QString commit = option(arguments, QStringLiteral("--commit"));
     const QString load = option(arguments, QStringLiteral("--load"));
     out << "libZVCore benchmarks, " << QDateTime::currentDateTime().toString(Qt::ISODate) << '\n';

@@ -248,7 +248,9 @@ bool FolderView::exportCsv(const QString& path, QString* error) const
         return QLatin1Char('"') + text + QLatin1Char('"');
     };
     QTextStream out(&file);
-    out.setCodec("UTF-8");
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    out.setCodec("UTF-8"); // Qt 6 streams write UTF-8 by default
+#endif
     out << "name,type,bytes,size,modified\n";
     for (int i = 0; i < m_tree->topLevelItemCount(); ++i) {
         const QTreeWidgetItem* item = m_tree->topLevelItem(i);

@@ -15,7 +15,7 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QMap>
 #include <QtCore/QVariant>
-#include <QtWidgets/QAction>
+#include <QAction> // QtWidgets in Qt 5, QtGui in Qt 6
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMenu>

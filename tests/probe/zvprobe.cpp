@@ -86,7 +86,7 @@
 #include <QtGui/QDesktopServices>
 #include <QtGui/QMouseEvent>
 #include <QtWidgets/QAbstractItemView>
-#include <QtWidgets/QAction>
+#include <QAction> // QtWidgets in Qt 5, QtGui in Qt 6
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QBoxLayout>
 #include <QtWidgets/QComboBox>
@@ -153,7 +153,12 @@ class UrlRecorder : public QTextBrowser
 public:
     using QTextBrowser::setSource;
     QStringList opened;
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    // Qt 6's setSource slot is not virtual; it hands the address to doSetSource.
+    void doSetSource(const QUrl& url, QTextDocument::ResourceType) override { opened.append(url.toString()); }
+#else
     void setSource(const QUrl& url) override { opened.append(url.toString()); }
+#endif
 };
 
 QJsonArray marginsJson(const QMargins& m)
@@ -465,8 +470,13 @@ class TitleMenuLog : public QTextBrowser
 public:
     using QTextBrowser::setSource;
     QJsonArray happened;
-    // Qt's desktop services call "setSource(QUrl)" on the handler by name.
+    // Qt's desktop services call "setSource(QUrl)" on the handler by name; Qt 6's slot
+    // is not virtual and hands the address to doSetSource.
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    void doSetSource(const QUrl& url, QTextDocument::ResourceType) override { happened.append(QStringLiteral("url:") + url.toString()); }
+#else
     void setSource(const QUrl& url) override { happened.append(QStringLiteral("url:") + url.toString()); }
+#endif
 
 protected:
     void customEvent(QEvent* event) override

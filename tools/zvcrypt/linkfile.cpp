@@ -1,9 +1,9 @@
 #include "linkfile.h"
 
 #include <ZVFoundation/CSimpleCrypt>
+#include <ZVFoundation/private/ZVQtCompat>
 
 #include <QtCore/QPair>
-#include <QtCore/QTextCodec>
 #include <QtCore/QVector>
 #include <QtCore/QXmlStreamReader>
 #include <QtCore/QXmlStreamWriter>
@@ -308,11 +308,8 @@ bool decodeUtf8(const QByteArray& bytes, QString* text)
 {
     static const char bom[] = "\xEF\xBB\xBF";
     const int offset = bytes.startsWith(bom) ? 3 : 0;
-    QTextCodec* utf8 = QTextCodec::codecForMib(106);
     // The mark, if any, is already skipped; any later U+FEFF is content.
-    QTextCodec::ConverterState state(QTextCodec::IgnoreHeader);
-    *text = utf8->toUnicode(bytes.constData() + offset, bytes.size() - offset, &state);
-    return state.invalidChars == 0 && state.remainingChars == 0;
+    return ZVQtCompat::DecodeUtf8(bytes.constData() + offset, bytes.size() - offset, text);
 }
 
 QStringList splitLines(const QString& text)

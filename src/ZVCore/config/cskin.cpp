@@ -1,6 +1,8 @@
 #include "cskin.h"
 #include "cskin_p.h"
 
+#include <ZVFoundation/private/ZVQtCompat>
+
 #include <QtCore/QByteArray>
 #include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
@@ -62,8 +64,9 @@ struct FontRole
     int pixelSize;
 };
 
-constexpr int kNormal = QFont::Normal; // 50
-constexpr int kBold = QFont::Bold;     // 75
+// Qt 5's weight scale, as the table is written; FontWeight() turns it into the running Qt's.
+constexpr int kNormal = 50; // QFont::Normal in Qt 5
+constexpr int kBold = 75;   // QFont::Bold in Qt 5
 
 // Indexed by FontStyle, Style0 to Style22.
 constexpr FontRole kStyleFonts[] = {
@@ -194,7 +197,7 @@ QString CSkin::GetTextColorStyle(ZVTextColor color) const
 QFont CSkin::GetFontStyle(FontStyle style) const
 {
     const FontRole role = fontRoleOf(style);
-    QFont font(m_d->fontName, -1, role.weight, false);
+    QFont font(m_d->fontName, -1, ZVQtCompat::FontWeight(role.weight), false);
     font.setPixelSize(role.pixelSize);
     if (style == Style22)
         font.setStyleStrategy(QFont::PreferAntialias);

@@ -3,11 +3,11 @@
 #include <ZVCore/CSkin>
 #include <ZVCore/ZVApplicationInfo>
 #include <ZVCore/private/CLanguageStore>
+#include <ZVFoundation/private/ZVQtCompat>
 
 #include <QtCore/QDir>
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
-#include <QtCore/QTextCodec>
 #include <QtCore/QTextStream>
 #include <QtCore/QVariant>
 #include <QtWidgets/QApplication>
@@ -91,10 +91,9 @@ QString CStyleSheetManager::Assemble(const QMap<QString, bool>& files, const QSt
     // with what may be a byte-order mark, or holds a carriage return), a locale codec
     // that is not ASCII-compatible, or a picture folder that does not survive the
     // codec, and the whole sheet is assembled as described instead.
-    QTextCodec* codec = QTextCodec::codecForLocale();
-    const int mib = codec ? codec->mibEnum() : 0;
-    const QByteArray encodedReplacement = codec ? codec->fromUnicode(replacement) : QByteArray();
-    if ((mib != 106 && mib != 4) || codec->toUnicode(encodedReplacement) != replacement)
+    const ZVQtCompat::StreamDecoder codec;
+    const QByteArray encodedReplacement = codec.encode(replacement);
+    if (!codec.asciiCompatible() || codec.decode(encodedReplacement) != replacement)
         return assembleThroughTextStreams(files, qssDir, replacement);
 
     // One file at a time, so that no more than one file's bytes, their rewritten copy
@@ -138,13 +137,12 @@ QString CStyleSheetManager::Assemble(const QMap<QString, bool>& files, const QSt
         // back an unfinished sequence, it is looked for among the characters.
         if (!separatorFound) // anchored on "_"
             separatorFound = findBytes(bytes.constData(), bytes.constData() + bytes.size(), kSeparatorName, 9);
-        const int seam = sheet.size();
-        QTextCodec::ConverterState state;
-        sheet += codec->toUnicode(bytes.constData(), bytes.size(), &state);
+        const int seam = int(sheet.size());
+        sheet += codec.decode(bytes);
         bytes = QByteArray();
         if (!separatorFound && seam > 0) {
             const int from = std::max(0, seam - int(sizeof kSeparatorName - 2));
-            const int to = std::min(sheet.size(), seam + int(sizeof kSeparatorName - 2));
+            const int to = std::min(int(sheet.size()), seam + int(sizeof kSeparatorName - 2));
             separatorFound = QStringView(sheet).mid(from, to - from).indexOf(QLatin1String(kSeparatorName)) >= 0;
         }
     }

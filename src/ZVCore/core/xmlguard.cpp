@@ -3,13 +3,19 @@
 #include <QtCore/QBuffer>
 #include <QtCore/QString>
 #include <QtXml/QDomDocument>
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+#include <QtCore/QXmlStreamReader>
+#else
 #include <QtXml/QXmlInputSource>
+#endif
 
 #include <cstring>
 #include <type_traits>
 
 namespace ZVUIFramework {
 namespace XmlGuard {
+
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 
 namespace {
 
@@ -153,6 +159,49 @@ bool IsWithinLimits(const QByteArray& bytes)
     const QString text = parserText(bytes);
     return Scanner<char16_t>(reinterpret_cast<const char16_t*>(text.utf16()), size_t(text.size())).withinLimits();
 }
+
+#else
+
+// Qt 6's QDomDocument::setContent(QByteArray) reads through a QXmlStreamReader without
+// namespace processing: it decodes by the byte order mark or the declared encoding and
+// stops at the first error. The same reader, walked here without building anything,
+// meets exactly the elements and declarations the DOM parser will meet; it keeps no
+// stack of its own per level beyond the names it checks, and runs in linear time.
+bool IsWithinLimits(const QByteArray& bytes)
+{
+    QXmlStreamReader reader(bytes);
+    reader.setNamespaceProcessing(false);
+    int depth = 0;
+    while (!reader.atEnd()) {
+        switch (reader.readNext()) {
+        case QXmlStreamReader::StartElement:
+            if (++depth > MaxDepth) {
+                // An empty element (<b/>) adds no level: the reader reports its end at
+                // once, at the same offset, where <b></b> ends further on.
+                const qint64 at = reader.characterOffset();
+                if (reader.readNext() != QXmlStreamReader::EndElement || reader.characterOffset() != at)
+                    return false;
+                --depth;
+            }
+            break;
+        case QXmlStreamReader::EndElement:
+            --depth;
+            break;
+        case QXmlStreamReader::DTD:
+            // Parameter entities are not listed among the declarations; the text of
+            // the document type declaration shows them too.
+            if (!reader.entityDeclarations().isEmpty()
+                || reader.text().contains(QLatin1String("<!ENTITY")))
+                return false;
+            break;
+        default:
+            break;
+        }
+    }
+    return true;
+}
+
+#endif
 
 bool Parse(QDomDocument& document, const QByteArray& bytes)
 {

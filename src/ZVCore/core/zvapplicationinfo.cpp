@@ -12,6 +12,7 @@
 #include <ZVCore/private/CStyleSheetManager>
 #include <ZVCore/private/ZVDesktopServices>
 #include <ZVFoundation/CDataCollectionGA4>
+#include <ZVFoundation/private/ZVQtCompat>
 
 #include <QtCore/QAtomicPointer>
 #include <QtCore/QSaveFile>
@@ -84,7 +85,7 @@ QString ZVApplicationInfoPrivate::feedbackProgram()
 
 void ZVApplicationInfoPrivate::logFeedbackStart(const QStringList& arguments)
 {
-    qDebug() << "ZVCore: Start FeedBack ->" << arguments;
+    qDebug().noquote() << "ZVCore: Start FeedBack ->" << ZVQtCompat::DebugText(arguments);
 }
 
 void ZVApplicationInfoPrivate::recordCrash()
@@ -338,9 +339,9 @@ namespace {
 // as 0 or false (where QVariant would call any other text true).
 bool optionBool(const QVariant& value)
 {
-    if (value.type() == QVariant::Bool)
+    if (ZVQtCompat::TypeId(value) == QMetaType::Bool)
         return value.toBool();
-    if (value.type() == QVariant::String) {
+    if (ZVQtCompat::TypeId(value) == QMetaType::QString) {
         const QString text = value.toString().trimmed();
         if (text.compare(QLatin1String("true"), Qt::CaseInsensitive) == 0)
             return true;

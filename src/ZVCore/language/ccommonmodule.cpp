@@ -5,6 +5,7 @@
 #include <ZVCore/private/ZVDesktopServices>
 #include <ZVCore/private/zvcoreconfig_p.h>
 #include <ZVFoundation/CSimpleCrypt>
+#include <ZVFoundation/private/ZVQtCompat>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QDateTime>
@@ -102,7 +103,7 @@ QString markerPath(const char* name)
 
 QString readMarker(const QString& path)
 {
-    return QString::fromUtf8(readRegularFile(path));
+    return ZVQtCompat::Utf8UpToNul(readRegularFile(path));
 }
 
 } // namespace
@@ -147,7 +148,7 @@ QString CCommonModule::ChooseLanguage(const QStringList& offered)
             return forced;
     }
 
-    const QString saved = QString::fromUtf8(readRegularFile(CLanguageStore::GetInstance()->GetSavedLanguagePath()));
+    const QString saved = ZVQtCompat::Utf8UpToNul(readRegularFile(CLanguageStore::GetInstance()->GetSavedLanguagePath()));
     if (!saved.isEmpty())
         return saved;
 

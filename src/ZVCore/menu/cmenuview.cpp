@@ -14,7 +14,7 @@
 #include <QtCore/QUrl>
 #include <QtCore/QVariant>
 #include <QtGui/QDesktopServices>
-#include <QtWidgets/QAction>
+#include <QAction> // QtWidgets in Qt 5, QtGui in Qt 6
 #include <QtXml/QDomDocument>
 #include <QtXml/QDomElement>
 

@@ -61,7 +61,11 @@ public:
 
 protected:
     void customEvent(QEvent* event) override;
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    bool nativeEvent(const QByteArray& eventType, void* message, qintptr* result) override;
+#else
     bool nativeEvent(const QByteArray& eventType, void* message, long* result) override;
+#endif
     void paintEvent(QPaintEvent* event) override;
 
     // Where no system frame answers for the window (Linux and other platforms), the

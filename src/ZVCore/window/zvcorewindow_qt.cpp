@@ -7,6 +7,7 @@
 #include "shadowwindow_qt.h"
 
 #include <ZVCore/private/ZVMainWindowTitle>
+#include <ZVFoundation/private/ZVQtCompat>
 
 #include <QtCore/QCoreApplication>
 #include <QtCore/QPointer>
@@ -394,7 +395,7 @@ void ZVCoreWindowPrivate::applyMarginRule()
     }
 }
 
-bool ZVCoreWindow::nativeEvent(const QByteArray& eventType, void* message, long* result)
+bool ZVCoreWindow::nativeEvent(const QByteArray& eventType, void* message, ZVQtCompat::NativeEventResult* result)
 {
     // Nothing here comes as a native message; Qt's events carry the frame rules.
     Q_UNUSED(eventType)

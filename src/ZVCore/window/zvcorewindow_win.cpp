@@ -5,6 +5,8 @@
 
 #include "cwndshadow_win.h"
 
+#include <ZVFoundation/private/ZVQtCompat>
+
 #include <QtCore/QCoreApplication>
 
 #include <windows.h>
@@ -81,7 +83,7 @@ void ZVCoreWindowPrivate::initFrameHandling()
     // The frame rules arrive as native messages.
 }
 
-bool ZVCoreWindow::nativeEvent(const QByteArray& eventType, void* message, long* result)
+bool ZVCoreWindow::nativeEvent(const QByteArray& eventType, void* message, ZVQtCompat::NativeEventResult* result)
 {
     Q_D(ZVCoreWindow);
     const MSG* msg = static_cast<const MSG*>(message);

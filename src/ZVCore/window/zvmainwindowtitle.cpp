@@ -21,6 +21,8 @@
 #include <QtWidgets/QPushButton>
 #include <QtWidgets/QStyle>
 
+#include <ZVFoundation/private/ZVQtCompat>
+
 using ZVUIFramework::CCommonModule;
 using ZVUIFramework::ZVApplicationInfo;
 
@@ -251,7 +253,7 @@ void ZVMainWindowTitle::slotFeedbackClick()
     const QString program = QCoreApplication::applicationDirPath() + QLatin1Char('/')
                             + QString::fromUtf16(ZVUIFramework::kFeedbackProgram);
     QProcess::startDetached(program, args);
-    qDebug() << "ZVCore: Start FeedBack->" << args;
+    qDebug().noquote() << "ZVCore: Start FeedBack->" << ZVQtCompat::DebugText(args);
 }
 
 bool ZVMainWindowTitle::eventFilter(QObject* watched, QEvent* event)

@@ -3,7 +3,9 @@
 #include <ZVCore/private/CStyleSheetManager>
 
 #include <QtCore/QTemporaryDir>
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
 #include <QtCore/QTextCodec>
+#endif
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
 
@@ -154,8 +156,11 @@ private slots:
 
     void assemblyOfTwoFiles()
     {
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+        // Qt 5's text streams decode with the locale's codec; Qt 6's always with UTF-8.
         if (QTextCodec::codecForLocale()->mibEnum() != 106)
             QSKIP("the rows are written for a UTF-8 locale");
+#endif
         QFETCH(QByteArray, first);
         QFETCH(QByteArray, second);
         QFETCH(QString, expected);

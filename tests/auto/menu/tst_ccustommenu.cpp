@@ -5,7 +5,7 @@
 #include <QtGui/QCursor>
 #include <QtGui/QImage>
 #include <QtTest/QtTest>
-#include <QtWidgets/QAction>
+#include <QAction> // QtWidgets in Qt 5, QtGui in Qt 6
 #include <QtWidgets/QApplication>
 
 // The menu as a style sheet sets it up: its own panel transparent, so that what shows
