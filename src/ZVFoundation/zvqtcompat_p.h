@@ -15,6 +15,7 @@
 // #if QT_VERSION.
 
 #include <QtCore/QByteArray>
+#include <QtCore/QCoreApplication>
 #include <QtCore/QDebug>
 #include <QtCore/QString>
 #include <QtCore/QStringList>
@@ -69,6 +70,17 @@ inline int FontWeight(int qt5Weight)
 #else
     return qt5Weight;
 #endif
+}
+
+// Sets one of Qt 5's high-DPI attributes (AA_EnableHighDpiScaling, AA_UseHighDpiPixmaps).
+// Qt 6 scales and uses high-DPI pixmaps always and deprecates both; they are still set,
+// so that testAttribute() answers on Qt 6 as on Qt 5.
+inline void SetHighDpiAttribute(Qt::ApplicationAttribute attribute)
+{
+    QT_WARNING_PUSH
+    QT_WARNING_DISABLE_DEPRECATED
+    QCoreApplication::setAttribute(attribute);
+    QT_WARNING_POP
 }
 
 // A list of strings as Qt 5's debug stream writes it, ("a", "b"), for log lines whose

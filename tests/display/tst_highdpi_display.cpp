@@ -10,6 +10,11 @@ namespace {
 const QStringList kWorkedExample{QStringLiteral("highdpi:windowWidth=1100,windowHeight=760,syncRatio=true"),
                                  QStringLiteral("highdpi-report")};
 
+// The worked example followed by a core window on screen, for its device pixel ratio.
+const QStringList kWorkedExampleWindow = kWorkedExample
+    + QStringList{QStringLiteral("corewindow:build"), QStringLiteral("corewindow:show:100,100,400,300"),
+                  QStringLiteral("corewindow:report")};
+
 } // namespace
 
 class tst_HighDpiDisplay : public QObject
@@ -44,10 +49,12 @@ private slots:
 
         ProbeFolder product;
         QVERIFY(product.write(QStringLiteral("factor.tmp"), "9.000000"));
-        const ProbeRun run = runOn(session, product, kWorkedExample);
+        const ProbeRun run = runOn(session, product, kWorkedExampleWindow);
         QVERIFY2(run.exitCode == 0, qPrintable(run.log.join(QLatin1Char('\n'))));
         const QJsonObject r = run.report(QStringLiteral("highdpi-report"));
         QCOMPARE(r.value(QStringLiteral("scaleFactor")).toString(), QStringLiteral("1.250000"));
+        // Scaled by the factor alone, on Qt 6 as on Qt 5: not by 1.5 × 1.25.
+        QCOMPARE(run.report(QStringLiteral("corewindow:report")).value(QStringLiteral("dpr")).toDouble(), 1.25);
         QCOMPARE(r.value(QStringLiteral("qtScaling")).toBool(), false);
         QCOMPARE(r.value(QStringLiteral("pixmaps")).toBool(), true);
         QFile factor(product.file(QStringLiteral("factor.tmp")));
@@ -59,18 +66,32 @@ private slots:
         QVERIFY(run.logged(QStringLiteral("set QT_SCALE_FACTOR= 1.250000")));
     }
 
+    void roomyScreenLetsQtScale_data()
+    {
+        QTest::addColumn<int>("dpi");
+        QTest::addColumn<double>("dpr");
+        QTest::newRow("4K at 96 DPI") << 96 << 1.0;
+        // A 4K monitor at 200 %: X screen and Xft.dpi agree, as a desktop sets them. Qt 5
+        // scales by the screen's physical DPI, Qt 6 by Xft.dpi; both come to 2.
+        QTest::newRow("4K at 192 DPI") << 192 << 2.0;
+    }
+
     void roomyScreenLetsQtScale()
     {
+        QFETCH(int, dpi);
+        QFETCH(double, dpr);
         DisplaySession session;
-        QVERIFY2(session.start(DisplaySession::WithoutCompositor, 3840, 2160, 96), qPrintable(session.error()));
+        QVERIFY2(session.start(DisplaySession::WithoutCompositor, 3840, 2160, dpi, dpi == 96 ? 0 : dpi),
+                 qPrintable(session.error()));
         ProbeFolder product;
-        const ProbeRun run = runOn(session, product, kWorkedExample);
+        const ProbeRun run = runOn(session, product, kWorkedExampleWindow);
         QVERIFY2(run.exitCode == 0, qPrintable(run.log.join(QLatin1Char('\n'))));
         const QJsonObject r = run.report(QStringLiteral("highdpi-report"));
         QCOMPARE(r.value(QStringLiteral("qtScaling")).toBool(), true);
         QCOMPARE(r.value(QStringLiteral("scaleFactorSet")).toBool(), false);
         QCOMPARE(r.value(QStringLiteral("factorFile")).toBool(), false);
         QVERIFY(run.logged(QStringLiteral("Enable High Dpi Scaling")));
+        QCOMPARE(run.report(QStringLiteral("corewindow:report")).value(QStringLiteral("dpr")).toDouble(), dpr);
     }
 };
 

@@ -390,8 +390,8 @@ void ZVApplicationInfo::EnableHighDPISupport(const QMap<QString, QVariant>& opti
     ScreenMetrics metrics{};
     if (!Platform::ReadScreenMetrics(metrics)) {
         // Nothing to measure (no X11 screen, or a platform without one): Qt scales.
-        QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-        QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+        ZVQtCompat::SetHighDpiAttribute(Qt::AA_EnableHighDpiScaling);
+        ZVQtCompat::SetHighDpiAttribute(Qt::AA_UseHighDpiPixmaps);
         return;
     }
 
@@ -399,9 +399,16 @@ void ZVApplicationInfo::EnableHighDPISupport(const QMap<QString, QVariant>& opti
     for (const std::string& line : plan.log)
         qDebug().noquote() << QString::fromStdString(line);
     if (plan.enableQtScaling)
-        QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
-    if (plan.setScaleFactor)
+        ZVQtCompat::SetHighDpiAttribute(Qt::AA_EnableHighDpiScaling);
+    if (plan.setScaleFactor) {
         qputenv("QT_SCALE_FACTOR", QByteArray::fromStdString(plan.scaleFactor));
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+        // Qt 6 always scales by the screen's DPI on its own, and would multiply the fixed
+        // factor by that. Qt 5 scales by the factor alone, its own scaling being off on
+        // this path; so does Qt 6 without its platform scaling.
+        qputenv("QT_ENABLE_HIGHDPI_SCALING", "0");
+#endif
+    }
 
     const QString factorFile = CLanguageStore::GetInstance()->GetAppDir() + QLatin1String("factor.tmp");
     bool written = false;
@@ -418,7 +425,7 @@ void ZVApplicationInfo::EnableHighDPISupport(const QMap<QString, QVariant>& opti
     }
     if (plan.deleteFactorFile && !written && QFileInfo::exists(factorFile))
         QFile::remove(factorFile);
-    QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    ZVQtCompat::SetHighDpiAttribute(Qt::AA_UseHighDpiPixmaps);
 }
 
 void ZVApplicationInfo::InitCrashHandle()
