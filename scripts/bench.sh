@@ -4,19 +4,29 @@
 # instruction under valgrind's callgrind, and prints one table on standard output.
 # Progress, one line per step, and the build's output go to standard error; each
 # program's own messages go to build/bench/results/<program>.log.
+#
+#   bash scripts/bench.sh [--qt 5|6]   Qt 5 (build/bench) or Qt 6 (build/bench-qt6); the
+#                                      default is Qt 6 when it is there, as for run.sh
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # shellcheck source=deps.sh
 . "$root/scripts/deps.sh"
 
-# Standard output is for the table only.
-zv_require "${ZV_BUILD_PACKAGES[@]}" valgrind >&2
+if [ "${1:-}" = --qt ]; then
+    ZVCORE_QT_MAJOR=${2:-}
+    shift 2 || { echo "zvcore: --qt takes 5 or 6" >&2; exit 2; }
+fi
+major=$(zv_pick_qt)
+read -r -a qt_packages <<< "$(zv_qt_packages "$major")"
 
-build="$root/build/bench"
-echo "==> Configuring $build" >&2
+# Standard output is for the table only.
+zv_require "${ZV_BUILD_PACKAGES[@]}" "${qt_packages[@]}" valgrind >&2
+
+if [ "$major" = 5 ]; then build="$root/build/bench"; else build="$root/build/bench-qt$major"; fi
+echo "==> Configuring $build (Qt $major)" >&2
 cmake -S "$root" -B "$build" -G "$(zv_cmake_generator)" \
     -DCMAKE_BUILD_TYPE=Release -DZVCORE_DEVELOPER_BUILD=ON -DZVCORE_BUILD_TESTS=OFF \
-    -DZVCORE_BUILD_EXAMPLES=ON -DZVCORE_BUILD_BENCHMARKS=ON >/dev/null
+    -DZVCORE_BUILD_EXAMPLES=ON -DZVCORE_BUILD_BENCHMARKS=ON -DZVCORE_QT_MAJOR="$major" >/dev/null
 echo "==> Building" >&2
 cmake --build "$build" -j "$(nproc)" >&2
 

@@ -36,14 +36,43 @@ zv_require() {
         || { echo "zvcore: apt-get install failed for: $missing" >&2; exit 2; }
 }
 
-# What every build needs.
+# What every build needs, besides one of the two Qt versions below.
 ZV_BUILD_PACKAGES=(
     g++ make cmake ninja-build ccache pkg-config
-    qtbase5-dev qttools5-dev qttools5-dev-tools
     rapidjson-dev libxcb1-dev
     # Glyphs for the demo's pictures (Latin and Arabic) on a machine without a desktop.
     fonts-dejavu-core
 )
+
+# Qt 5.15: Core, Gui, Widgets, Xml, Test, and lrelease.
+ZV_QT5_PACKAGES=(qtbase5-dev qttools5-dev qttools5-dev-tools)
+# Qt 6: the same modules; Qt 6's CMake files for Gui look for the OpenGL headers.
+ZV_QT6_PACKAGES=(qt6-base-dev qt6-tools-dev qt6-l10n-tools qt6-tools-dev-tools libgl-dev)
+
+# zv_qt_packages <5|6>: the package list of that Qt, by name.
+zv_qt_packages() {
+    if [ "$1" = 5 ]; then echo "${ZV_QT5_PACKAGES[@]}"; else echo "${ZV_QT6_PACKAGES[@]}"; fi
+}
+
+# zv_pick_qt: the Qt major version a build uses when the caller names none, from
+# ZVCORE_QT_MAJOR (5 or 6) when set: Qt 6 when it is installed or can be (as root), else
+# Qt 5.
+zv_pick_qt() {
+    local major=${ZVCORE_QT_MAJOR:-}
+    if [ -n "$major" ]; then
+        if [ "$major" != 5 ] && [ "$major" != 6 ]; then
+            echo "zvcore: ZVCORE_QT_MAJOR is '$major': it must be 5 or 6" >&2
+            exit 2
+        fi
+        echo "$major"
+    elif [ -z "$(zv_missing "${ZV_QT6_PACKAGES[@]}")" ] || [ "$(id -u)" -eq 0 ]; then
+        echo 6
+    elif [ -z "$(zv_missing "${ZV_QT5_PACKAGES[@]}")" ]; then
+        echo 5
+    else
+        echo 6
+    fi
+}
 
 # What the test suite needs besides: a private X server for the display lane, and
 # setpriv (util-linux) so that permission tests also hold when run as root.

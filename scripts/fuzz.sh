@@ -29,7 +29,7 @@ if [ ${#targets[@]} -eq 0 ]; then
     targets=(productinfo localconfig linkfile titlemenu stylesheet csimplecrypt channelmarker savedlanguage)
 fi
 
-zv_require "${ZV_BUILD_PACKAGES[@]}" "${ZV_SANITIZER_PACKAGES[@]}"
+zv_require "${ZV_BUILD_PACKAGES[@]}" "${ZV_QT5_PACKAGES[@]}" "${ZV_SANITIZER_PACKAGES[@]}"
 
 san="$root/build/san"
 echo "==> Configuring $san"

@@ -9,7 +9,7 @@
 #               meet (crash handler, analytics spool).
 #
 # Neither builds the examples nor the programs of the display, windows and package
-# lanes (ZVCORE_TEST_LABELS).
+# lanes (ZVCORE_TEST_LABELS). Both build against Qt 5.
 
 # clang and its runtimes (the sanitizers, libFuzzer), and llvm-symbolizer for reports.
 # shellcheck disable=SC2034 # used by the scripts that source this one
@@ -21,7 +21,7 @@ zv_configure_san() {
     shift
     cmake -S "$root" -B "$build" -G "$(zv_cmake_generator)" \
         -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER="$ZV_CLANG" \
-        -DZVCORE_DEVELOPER_BUILD=ON -DZVCORE_BUILD_EXAMPLES=OFF \
+        -DZVCORE_DEVELOPER_BUILD=ON -DZVCORE_BUILD_EXAMPLES=OFF -DZVCORE_QT_MAJOR=5 \
         -DZVCORE_SANITIZE=address,undefined -DZVCORE_BUILD_FUZZERS=ON \
         "-DZVCORE_TEST_LABELS=unit;fuzz" "$@" >/dev/null
 }
@@ -31,6 +31,6 @@ zv_configure_tsan() {
     shift
     cmake -S "$root" -B "$build" -G "$(zv_cmake_generator)" \
         -DCMAKE_BUILD_TYPE=RelWithDebInfo -DCMAKE_CXX_COMPILER="$ZV_CLANG" \
-        -DZVCORE_DEVELOPER_BUILD=ON -DZVCORE_BUILD_EXAMPLES=OFF \
+        -DZVCORE_DEVELOPER_BUILD=ON -DZVCORE_BUILD_EXAMPLES=OFF -DZVCORE_QT_MAJOR=5 \
         -DZVCORE_SANITIZE=thread -DZVCORE_TEST_LABELS=threads "$@" >/dev/null
 }

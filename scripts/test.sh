@@ -5,11 +5,16 @@
 #               UndefinedBehaviorSanitizer;
 #   fuzz        build/san: each libFuzzer target for a short, fixed time;
 #   tsan        build/tsan: the tests with threads under ThreadSanitizer.
-# Then the developer build (build/dev, ZVCORE_DEVELOPER_BUILD=ON) and its whole test
-# suite, whose ctest summary ends the output. Exits non-zero when any lane failed.
+# The sanitizer lanes build against Qt 5. Then the developer build
+# (ZVCORE_DEVELOPER_BUILD=ON) and its whole test suite (unit, package, display and
+# windows lanes) once per Qt major version: build/dev against Qt 5, build/dev-qt6
+# against Qt 6, each ending with its ctest summary, Qt 6's last. Exits non-zero when any
+# lane of any tree failed.
 #
-#   ZVCORE_SANITIZER_LANES=0   only the developer build and its tests
+#   ZVCORE_SANITIZER_LANES=0   only the developer builds and their tests
 #   ZVCORE_FUZZ_SECONDS=<n>    seconds per fuzz target (default 25)
+#   ZVCORE_TEST_QT="5 6"       the Qt major versions whose developer build runs (default
+#                              both)
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # shellcheck source=deps.sh
@@ -18,10 +23,22 @@ root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 . "$root/scripts/sanitizers.sh"
 
 sanitizers=${ZVCORE_SANITIZER_LANES:-1}
+read -r -a majors <<< "${ZVCORE_TEST_QT:-5 6}"
+qt_packages=()
+for major in "${majors[@]}"; do
+    if [ "$major" != 5 ] && [ "$major" != 6 ]; then
+        echo "zvcore: ZVCORE_TEST_QT names '$major': only 5 and 6 are Qt versions here" >&2
+        exit 2
+    fi
+    read -r -a list <<< "$(zv_qt_packages "$major")"
+    qt_packages+=("${list[@]}")
+done
+# The sanitizer builds use Qt 5.
 if [ "$sanitizers" = 0 ]; then
-    zv_require "${ZV_BUILD_PACKAGES[@]}" "${ZV_TEST_PACKAGES[@]}"
+    zv_require "${ZV_BUILD_PACKAGES[@]}" "${qt_packages[@]}" "${ZV_TEST_PACKAGES[@]}"
 else
-    zv_require "${ZV_BUILD_PACKAGES[@]}" "${ZV_TEST_PACKAGES[@]}" "${ZV_SANITIZER_PACKAGES[@]}"
+    zv_require "${ZV_BUILD_PACKAGES[@]}" "${qt_packages[@]}" "${ZV_QT5_PACKAGES[@]}" \
+        "${ZV_TEST_PACKAGES[@]}" "${ZV_SANITIZER_PACKAGES[@]}"
 fi
 jobs=$(nproc)
 
@@ -86,22 +103,49 @@ if [ "$sanitizers" != 0 ]; then
     fi
 fi
 
-build="$root/build/dev"
-echo "==> Configuring $build"
-cmake -S "$root" -B "$build" -G "$(zv_cmake_generator)" \
-    -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZVCORE_DEVELOPER_BUILD=ON >/dev/null
-echo "==> Building"
-cmake --build "$build" -j "$jobs"
-
 if [ ${#lane_lines[@]} -gt 0 ]; then
     echo "==> Sanitizer and fuzz lanes"
     printf '    %s\n' "${lane_lines[@]}"
 fi
-echo "==> Testing"
-# Benchmarks are run on demand, never here.
-cd "$build"
+
+# The developer build of each Qt version, with its whole suite; benchmarks are run on
+# demand, never here.
 status=0
-ctest --output-on-failure -j "$jobs" -LE bench || status=$?
+summaries=()
+for major in "${majors[@]}"; do
+    if [ "$major" = 5 ]; then build="$root/build/dev"; else build="$root/build/dev-qt$major"; fi
+    echo "==> Configuring $build (Qt $major)"
+    if ! cmake -S "$root" -B "$build" -G "$(zv_cmake_generator)" \
+            -DCMAKE_BUILD_TYPE=RelWithDebInfo -DZVCORE_DEVELOPER_BUILD=ON \
+            -DZVCORE_QT_MAJOR="$major" | grep -E '^-- ZVCore: ' ; then
+        echo "zvcore: configuring $build failed" >&2
+        summaries+=("Qt $major  FAILED  configure")
+        status=1
+        continue
+    fi
+    echo "==> Building $build"
+    if ! cmake --build "$build" -j "$jobs"; then
+        summaries+=("Qt $major  FAILED  the build of $build failed")
+        status=1
+        continue
+    fi
+    if [ ${#summaries[@]} -gt 0 ]; then
+        echo "==> Developer builds so far"
+        printf '    %s\n' "${summaries[@]}"
+    fi
+    echo "==> Testing $build (Qt $major)"
+    log="$build/Testing/suite.log"
+    mkdir -p "$build/Testing"
+    tree_status=0
+    (cd "$build" && ctest --output-on-failure -j "$jobs" -LE bench) 2>&1 | tee "$log" || tree_status=1
+    summary=$(grep -E 'tests passed|No tests were found' "$log" | tail -n 1 || true)
+    if [ "$tree_status" -ne 0 ] || [ -z "$summary" ] || [[ "$summary" == *"No tests were found"* ]]; then
+        status=1
+        summaries+=("Qt $major  FAILED  ${summary:-ctest did not run}")
+    else
+        summaries+=("Qt $major  passed  $summary")
+    fi
+done
 if [ "$status" -eq 0 ] && [ "$lanes_failed" -ne 0 ]; then
     status=1
 fi

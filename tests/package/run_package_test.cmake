@@ -10,6 +10,52 @@ function(run)
     endif()
 endfunction()
 
+if(MODE STREQUAL "othermajor")
+    # A consumer of the other Qt major version is stopped at configure time, with a
+    # message that names both versions.
+    if(QT_MAJOR EQUAL 5)
+        set(other 6)
+    else()
+        set(other 5)
+    endif()
+    # The other Qt's own packages may be missing; then only the variable is tried.
+    foreach(way variable found later)
+        set(build "${CONSUMER_BUILD}-${way}")
+        file(REMOVE_RECURSE "${build}")
+        execute_process(
+            COMMAND "${CMAKE_COMMAND}" -S "${CONSUMER_SOURCE}" -B "${build}" -G "${GENERATOR}"
+                "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_PREFIX_PATH=${STAGE}"
+                "-DOTHER_QT=${other}" "-DWAY=${way}"
+            RESULT_VARIABLE rc OUTPUT_VARIABLE out ERROR_VARIABLE err)
+        if(rc EQUAL 0)
+            message(FATAL_ERROR "a Qt ${other} consumer (${way}) configured against a Qt ${QT_MAJOR} install:\n${out}")
+        endif()
+        string(REGEX REPLACE "[ \n]+" " " text "${err}")
+        if(NOT way STREQUAL "variable" AND text MATCHES "provided by \"Qt${other}\"")
+            message(STATUS "package (othermajor, ${way}): Qt ${other} is not installed here")
+            continue()
+        endif()
+        set(says "this project uses Qt ${other} (")
+        if(way STREQUAL "later")
+            set(says "this project also uses Qt ${other} (")
+            # Qt 6 found after Qt 5 stops by itself: Qt 5 has defined the versionless
+            # targets (Qt::Core) that Qt 6 would define.
+            if(text MATCHES "targets in this export set were already defined")
+                message(STATUS "package (othermajor, later): refused by Qt ${other} itself: ${text}")
+                continue()
+            endif()
+        endif()
+        foreach(expected "built with Qt ${QT_MAJOR}" "${says}")
+            string(FIND "${text}" "${expected}" at)
+            if(at EQUAL -1)
+                message(FATAL_ERROR "the refusal (${way}) does not say \"${expected}\":\n${err}")
+            endif()
+        endforeach()
+        message(STATUS "package (othermajor, ${way}): refused with: ${text}")
+    endforeach()
+    return()
+endif()
+
 if(MODE STREQUAL "demo")
     # The staged install is made by package.install.
     if(NOT EXISTS "${STAGE}/lib/cmake/ZVCore/ZVCoreConfig.cmake" AND NOT EXISTS "${STAGE}/lib64/cmake/ZVCore/ZVCoreConfig.cmake")
