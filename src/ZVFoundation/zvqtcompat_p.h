@@ -160,12 +160,25 @@ public:
     // as the stream drops it at the end of a file.
     QString decode(const QByteArray& bytes) const
     {
+        QString text;
+        appendDecoded(text, bytes);
+        return text;
+    }
+
+    // decode(bytes) appended to \a text. On Qt 6 the characters are decoded straight into
+    // \a text's storage, without a string of their own to copy.
+    void appendDecoded(QString& text, const QByteArray& bytes) const
+    {
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+        const qsizetype at = text.size();
+        // UTF-8 never gives more UTF-16 units than it has bytes.
+        text.resize(at + bytes.size());
         QStringDecoder decoder(QStringConverter::Utf8);
-        return decoder.decode(bytes);
+        const QChar* end = decoder.appendToBuffer(text.data() + at, bytes);
+        text.truncate(end - text.constData());
 #else
         QTextCodec::ConverterState state;
-        return m_codec->toUnicode(bytes.constData(), bytes.size(), &state);
+        text += m_codec->toUnicode(bytes.constData(), bytes.size(), &state);
 #endif
     }
 

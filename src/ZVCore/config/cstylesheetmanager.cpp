@@ -138,7 +138,7 @@ QString CStyleSheetManager::Assemble(const QMap<QString, bool>& files, const QSt
         if (!separatorFound) // anchored on "_"
             separatorFound = findBytes(bytes.constData(), bytes.constData() + bytes.size(), kSeparatorName, 9);
         const int seam = int(sheet.size());
-        sheet += codec.decode(bytes);
+        codec.appendDecoded(sheet, bytes);
         bytes = QByteArray();
         if (!separatorFound && seam > 0) {
             const int from = std::max(0, seam - int(sizeof kSeparatorName - 2));
