@@ -713,6 +713,7 @@ bool run(const QString& command)
             {QStringLiteral("receiveEmailOnCrash"), c->GetReceiveEmailOnCrash()},
             {QStringLiteral("fbReceiveEmailAccount"), c->GetFBReceiveEmailAccount()},
             {QStringLiteral("cwd"), QDir::currentPath()},
+            {QStringLiteral("startupDir"), ZVApplicationInfo::GetStartupDirectory()},
             {QStringLiteral("appDir"), store->GetAppDir()},
             {QStringLiteral("productInfo"), store->GetProductInfoPath()},
             {QStringLiteral("languageMain"), store->GetLanguageMainPath()},

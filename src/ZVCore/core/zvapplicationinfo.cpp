@@ -32,6 +32,24 @@ namespace ZVUIFramework {
 
 namespace {
 
+// The current directory as the process found it, taken when the library is loaded:
+// before the host's main() runs, so before anything changed it.
+const QString& startupDirectory()
+{
+    static const QString directory = QDir::currentPath();
+    return directory;
+}
+[[maybe_unused]] const bool g_startupDirectoryTaken = !startupDirectory().isEmpty();
+
+} // namespace
+
+QString ZVApplicationInfo::GetStartupDirectory()
+{
+    return startupDirectory();
+}
+
+namespace {
+
 // A screen wider than this many physical pixels gets the "Picture4K" pictures.
 constexpr int kHighDpiWidth = 2500;
 

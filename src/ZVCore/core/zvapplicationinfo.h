@@ -68,6 +68,17 @@ public:
     /// The single instance, built on first call and destroyed at process exit.
     static ZVApplicationInfo* GetInstance();
 
+    /*!
+     * The current directory the process was started in (QDir::currentPath() form), as
+     * it was before the first GetInstance() made the executable's folder current.
+     * Resolve relative paths from the command line against it:
+     *
+     * \code
+     * const QString file = QDir(ZVApplicationInfo::GetStartupDirectory()).absoluteFilePath(argument);
+     * \endcode
+     */
+    static QString GetStartupDirectory();
+
     QString GetAppName() const;
     QString GetAppTitle() const;
     QString GetBrandName() const;

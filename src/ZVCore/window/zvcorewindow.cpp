@@ -12,7 +12,10 @@
 #include <QtGui/QPainter>
 #include <QtGui/QPainterPath>
 #include <QtGui/QScreen>
+#include <QtWidgets/QLayout>
+#include <QtWidgets/QMenuBar>
 #include <QtWidgets/QStyle>
+#include <QtWidgets/QVBoxLayout>
 
 #include <cmath>
 
@@ -59,9 +62,10 @@ ZVCoreWindow::ZVCoreWindow(QWidget* parent)
 
     auto* title = new ZVMainWindowTitle(this);
     d->m_title = title;
-    // The title bar takes the top of the window, above the host's central widget and
-    // toolbars; a host that places it itself (setMenuWidget, a layout) simply moves it.
-    setMenuWidget(title);
+    // The title bar takes the top of the window, above the host's menu bar, tool bars and
+    // central widget: it lies over the room the top keeps for it in the menu-widget slot.
+    d->m_top = new CWindowTop(this, title);
+    QMainWindow::setMenuWidget(d->m_top);
 
     connect(title, &ZVMainWindowTitle::signalCloseWindow, this, [this] {
         Q_D(ZVCoreWindow);
@@ -95,6 +99,187 @@ ZVCoreWindow::~ZVCoreWindow()
     ZVCoreWindowPrivate::deleteLayeredShadow();
     if (QCoreApplication* app = QCoreApplication::instance())
         app->removeEventFilter(this);
+}
+
+QMenuBar* ZVCoreWindow::menuBar() const
+{
+    Q_D(const ZVCoreWindow);
+    if (auto* bar = qobject_cast<QMenuBar*>(d->m_top->menuWidget()))
+        return bar;
+    auto* bar = new QMenuBar(d->m_top);
+    bar->setObjectName(QStringLiteral("Core_menuBar"));
+    d->m_top->setMenuWidget(bar);
+    d->m_top->returnToSlot();
+    return bar;
+}
+
+void ZVCoreWindow::setMenuBar(QMenuBar* menuBar)
+{
+    setMenuWidget(menuBar);
+}
+
+QWidget* ZVCoreWindow::menuWidget() const
+{
+    Q_D(const ZVCoreWindow);
+    if (QWidget* widget = d->m_top->menuWidget())
+        return widget;
+    return d->m_title.data();
+}
+
+void ZVCoreWindow::setMenuWidget(QWidget* menuWidget)
+{
+    Q_D(ZVCoreWindow);
+    if (menuWidget && menuWidget == d->m_title)
+        return;
+    d->m_top->setMenuWidget(menuWidget);
+    d->m_top->returnToSlot();
+}
+
+bool ZVCoreWindow::event(QEvent* event)
+{
+    Q_D(ZVCoreWindow);
+    switch (event->type()) {
+    case QEvent::ChildAdded:
+        // QMainWindow::menuBar(), called through a QMainWindow*, finds no QMenuBar in the
+        // slot, creates one with this window as its parent and hands it to setMenuBar(),
+        // which would take the top for an old menu bar and crash on it. The new child is
+        // not a QMenuBar yet when it is announced, so the slot is cleared for any new
+        // child widget, without a new layout, and the top returns to it, with whatever
+        // QMainWindow put there, before the window is laid out or painted again.
+        if (d->m_top) {
+            QObject* child = static_cast<QChildEvent*>(event)->child();
+            if (child != d->m_top && child != d->m_title && child->isWidgetType() && layout()
+                && layout()->menuBar() == d->m_top) {
+                layout()->setMenuBar(nullptr);
+                d->queueTopReturn();
+            }
+        }
+        break;
+    case QEvent::LayoutRequest:
+    case QEvent::Resize:
+    case QEvent::Show:
+    case QEvent::UpdateRequest:
+    case QEvent::Paint:
+        if (d->m_top)
+            d->m_top->returnToSlot();
+        break;
+    default:
+        break;
+    }
+    return QMainWindow::event(event);
+}
+
+void ZVCoreWindowPrivate::queueTopReturn()
+{
+    if (m_topReturnQueued)
+        return;
+    m_topReturnQueued = true;
+    Q_Q(ZVCoreWindow);
+    QMetaObject::invokeMethod(
+        q,
+        [this] {
+            m_topReturnQueued = false;
+            if (m_top)
+                m_top->returnToSlot();
+        },
+        Qt::QueuedConnection);
+}
+
+CWindowTop::CWindowTop(ZVCoreWindow* window, QWidget* title)
+    : QWidget(window)
+    , m_window(window)
+    , m_layout(new QVBoxLayout(this))
+    , m_room(new QWidget(this))
+    , m_title(title)
+{
+    setObjectName(QStringLiteral("Core_windowTop"));
+    m_layout->setContentsMargins(0, 0, 0, 0);
+    m_layout->setSpacing(0);
+    m_room->setFixedHeight(title->height());
+    m_room->setVisible(!title->isHidden());
+    m_layout->addWidget(m_room);
+    title->installEventFilter(this);
+}
+
+void CWindowTop::setMenuWidget(QWidget* widget)
+{
+    if (widget == m_menuWidget)
+        return;
+    if (m_menuWidget) {
+        m_layout->removeWidget(m_menuWidget);
+        m_menuWidget->hide();
+        m_menuWidget->deleteLater();
+    }
+    m_menuWidget = widget;
+    if (widget) {
+        m_layout->addWidget(widget);
+        widget->show();
+    }
+}
+
+void CWindowTop::returnToSlot()
+{
+    QLayout* layout = m_window->layout();
+    if (!layout || layout->menuBar() == this)
+        return;
+    // What QMainWindow put in the slot meanwhile comes along, below the title.
+    QWidget* taken = layout->menuBar();
+    layout->setMenuBar(this);
+    if (taken && taken != m_menuWidget)
+        setMenuWidget(taken);
+    // QMainWindow hides a menu widget it replaces.
+    if (isHidden())
+        show();
+    layout->invalidate();
+    placeTitle();
+}
+
+bool CWindowTop::event(QEvent* event)
+{
+    switch (event->type()) {
+    case QEvent::DeferredDelete:
+        // QMainWindow::setMenuWidget(), called through a QMainWindow*, deletes the widget
+        // it replaces; the top stays, and takes the new widget in. The window deletes
+        // it with its other children.
+        QMetaObject::invokeMethod(this, [this] { returnToSlot(); }, Qt::QueuedConnection);
+        return true;
+    case QEvent::Move:
+    case QEvent::Resize:
+    case QEvent::Show:
+        placeTitle();
+        break;
+    default:
+        break;
+    }
+    return QWidget::event(event);
+}
+
+bool CWindowTop::eventFilter(QObject* watched, QEvent* event)
+{
+    if (watched == m_title) {
+        switch (event->type()) {
+        case QEvent::Show:
+        case QEvent::Hide:
+        case QEvent::Resize:
+            m_room->setFixedHeight(m_title->height());
+            m_room->setVisible(!m_title->isHidden());
+            placeTitle();
+            break;
+        default:
+            break;
+        }
+    }
+    return QWidget::eventFilter(watched, event);
+}
+
+void CWindowTop::placeTitle()
+{
+    if (!m_title || m_title->parentWidget() != m_window)
+        return;
+    const QRect room(pos(), QSize(width(), m_room->height()));
+    if (m_title->geometry() != room)
+        m_title->setGeometry(room);
+    m_title->raise();
 }
 
 void ZVCoreWindow::CenterWindow()

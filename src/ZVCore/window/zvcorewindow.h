@@ -7,6 +7,7 @@
 #include <QtWidgets/QMainWindow>
 
 class ZVCoreWindowPrivate;
+class QMenuBar;
 
 /*!
  * The frameless main window of a product built on the frame. It carries the title bar
@@ -21,6 +22,9 @@ class ZVCoreWindowPrivate;
  * public:
  *     MainWindow() : ZVCoreWindow(nullptr)
  *     {
+ *         QMenu* file = menuBar()->addMenu(tr("&File"));   // below the title bar
+ *         file->addAction(tr("&Quit"), this, &QWidget::close);
+ *         addToolBar(tr("Main"));
  *         setCentralWidget(new QLabel(tr("Hello")));
  *         SetResizeable(true);
  *         setMinimumSize(800, 600);
@@ -59,7 +63,23 @@ public:
     /// pixels of a resizable border, HTCAPTION (2) over the empty title bar, else 0.
     long HitTest(const QRect& windowRect, const QPoint& pos) const;
 
+    // QMainWindow's menu bar, kept directly below the title bar (and above the tool
+    // bars) whatever the host calls. These hide QMainWindow's functions of the same
+    // names, which are not virtual: call them on the core window's type.
+    /// The menu bar below the title bar, created on first use.
+    QMenuBar* menuBar() const;
+    /// Puts \a menuBar below the title bar; the window takes it over and deletes the
+    /// menu bar or menu widget it replaces.
+    void setMenuBar(QMenuBar* menuBar);
+    /// The host's menu bar or menu widget below the title bar; the title bar when the host
+    /// has set none.
+    QWidget* menuWidget() const;
+    /// Puts \a menuWidget below the title bar in place of the menu bar. The title bar
+    /// itself (GetTitleWidget()) is already in place: passing it changes nothing.
+    void setMenuWidget(QWidget* menuWidget);
+
 protected:
+    bool event(QEvent* event) override;
     void customEvent(QEvent* event) override;
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
     bool nativeEvent(const QByteArray& eventType, void* message, qintptr* result) override;

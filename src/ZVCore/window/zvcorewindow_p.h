@@ -17,9 +17,12 @@
 #include <QtCore/QSize>
 #include <QtGui/QImage>
 
+#include <QtWidgets/QWidget>
+
 class ZVMainWindowTitle;
 class QMouseEvent;
 class QPainter;
+class QVBoxLayout;
 
 namespace ZVUIFramework {
 class CControlModule;
@@ -85,6 +88,38 @@ inline long BorderHitCode(int left, int top, int right, int bottom, int x, int y
 
 } // namespace ZVUIFramework
 
+// The top of a core window, in QMainWindow's menu-widget slot: room for the title bar,
+// which lies over it as a child of the window itself, and below that the host's menu bar
+// or menu widget. QMainWindow's own menu-bar functions, reached through a QMainWindow*,
+// may take the slot from it or have it deleted; it then takes their widget in and
+// returns to the slot (see ZVCoreWindow::event).
+class CWindowTop : public QWidget
+{
+public:
+    CWindowTop(ZVCoreWindow* window, QWidget* title);
+
+    QWidget* menuWidget() const { return m_menuWidget.data(); }
+    // Puts \a widget below the title; the previous menu widget is deleted, as
+    // QMainWindow deletes a menu widget it replaces. Null removes it.
+    void setMenuWidget(QWidget* widget);
+    // Back into the window's menu-widget slot, taking along whatever widget QMainWindow
+    // put there in its place.
+    void returnToSlot();
+
+protected:
+    bool event(QEvent* event) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    void placeTitle();
+
+    ZVCoreWindow* m_window;
+    QVBoxLayout* m_layout;
+    QWidget* m_room;
+    QPointer<QWidget> m_title;
+    QPointer<QWidget> m_menuWidget;
+};
+
 class ZVCoreWindowPrivate
 {
     Q_DECLARE_PUBLIC(ZVCoreWindow)
@@ -101,6 +136,10 @@ public:
     // Guarded: a host that replaces the title (for instance through setMenuWidget) has
     // it deleted, and the hit test must then see no title rather than a dangling one.
     QPointer<ZVMainWindowTitle> m_title;
+    CWindowTop* m_top = nullptr;
+    // A return of the top to the menu-widget slot is queued.
+    bool m_topReturnQueued = false;
+    void queueTopReturn();
     ZVUIFramework::CControlModule* m_controlModule = nullptr;
     bool m_resizable = false;
     bool m_savedDragFullWindows = false;

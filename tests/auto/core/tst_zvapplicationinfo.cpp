@@ -169,6 +169,8 @@ private slots:
         const QJsonObject c = product.run({QStringLiteral("context")}, startIn).report(QStringLiteral("context"));
         QCOMPARE(c.value(QStringLiteral("cwd")).toString(), QFileInfo(product.path()).canonicalFilePath());
         QCOMPARE(c.value(QStringLiteral("appDir")).toString(), nativeDir(QFileInfo(product.path()).canonicalFilePath()));
+        // Where the host was started stays known, for its command-line paths.
+        QCOMPARE(c.value(QStringLiteral("startupDir")).toString(), QFileInfo(startIn).canonicalFilePath());
     }
 
     // --- in-process: setters, getters, skin -------------------------------------------

@@ -20,7 +20,11 @@
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QLabel>
+#include <QtWidgets/QMenu>
+#include <QtWidgets/QMenuBar>
 #include <QtWidgets/QPushButton>
+#include <QtWidgets/QStatusBar>
+#include <QtWidgets/QToolBar>
 #include <QtWidgets/QStyle>
 
 #include <memory>
@@ -203,6 +207,10 @@ private slots:
     void hitTestSparesTheTitleButtons_data();
     void hitTestSparesTheTitleButtons();
     void hitTestWithoutATitle();
+    void menuBarBelowTheTitle();
+    void menuBarThroughQMainWindow();
+    void setMenuBarAndMenuWidget();
+    void menuBarMnemonicOpensTheMenu();
     void hitTestOnAScaledScreen();
 
     // the public members
@@ -598,13 +606,157 @@ void tst_ZVCoreWindow::hitTestWithoutATitle()
     QVERIFY(window);
     const QPoint titlePoint = emptyTitlePoint(window.get());
     QCOMPARE(window->HitTest(kWindowRect, titlePoint), kCaption);
-    // A host that replaces the title loses title dragging, nothing else.
+    // Another menu widget goes below the title, which stays and is still dragged by.
     window->setMenuWidget(new QWidget);
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
-    QTRY_VERIFY(!window->GetTitleWidget());
+    QVERIFY(window->GetTitleWidget());
+    QTRY_COMPARE(window->HitTest(kWindowRect, titlePoint), kCaption);
+    // A window whose title is gone loses title dragging, nothing else.
+    delete window->GetTitleWidget();
+    QVERIFY(!window->GetTitleWidget());
     window->SetResizeable(true);
     QCOMPARE(window->HitTest(kWindowRect, titlePoint), kNowhere);
     QCOMPARE(window->HitTest(kWindowRect, QPoint(100, 300)), kLeft);
+}
+
+namespace {
+
+// The top of a widget in the window's coordinates.
+int topIn(const QWidget* widget, const QWidget* window)
+{
+    return widget->mapTo(window, QPoint(0, 0)).y();
+}
+
+int bottomIn(const QWidget* widget, const QWidget* window)
+{
+    return topIn(widget, window) + widget->height();
+}
+
+} // namespace
+
+void tst_ZVCoreWindow::menuBarBelowTheTitle()
+{
+    // As an ordinary Qt program builds its main window, in the host's constructor.
+    HostWindow window;
+    QMenuBar* bar = window.menuBar();
+    QVERIFY(bar);
+    QCOMPARE(window.menuBar(), bar);
+    QMenu* file = bar->addMenu(QStringLiteral("&File"));
+    file->addAction(QStringLiteral("&Quit"));
+    QToolBar* tools = window.addToolBar(QStringLiteral("Tools"));
+    tools->addAction(QStringLiteral("Tool"));
+    window.statusBar()->showMessage(QStringLiteral("ready"));
+    auto* central = new QLabel(QStringLiteral("central"));
+    window.setCentralWidget(central);
+    window.setGeometry(kWindowRect);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+
+    QWidget* title = window.GetTitleWidget();
+    QVERIFY(title);
+    QCOMPARE(window.menuWidget(), static_cast<QWidget*>(bar));
+    // Title, menu bar, tool bar and central widget, each directly below the one before,
+    // inside the 5-pixel shadow margin.
+    QTRY_COMPARE(topIn(title, &window), 5);
+    QCOMPARE(title->mapTo(&window, QPoint(0, 0)).x(), 5);
+    QCOMPARE(title->width(), kWindowRect.width() - 10);
+    QCOMPARE(topIn(bar, &window), bottomIn(title, &window));
+    QCOMPARE(bar->width(), title->width());
+    QVERIFY(bar->isVisible());
+    QVERIFY(bar->height() > 0);
+    QCOMPARE(topIn(tools, &window), bottomIn(bar, &window));
+    QVERIFY(topIn(central, &window) >= bottomIn(tools, &window));
+    QCOMPARE(window.contentsMargins(), QMargins(5, 5, 5, 5));
+    // The empty title is still dragged by; the menu bar is not.
+    QCOMPARE(window.HitTest(kWindowRect, emptyTitlePoint(&window)), kCaption);
+    const QPoint onBar = bar->mapToGlobal(QPoint(bar->width() - 20, bar->height() / 2));
+    QCOMPARE(window.HitTest(kWindowRect, onBar), kNowhere);
+}
+
+void tst_ZVCoreWindow::menuBarThroughQMainWindow()
+{
+    // QMainWindow's own functions, reached through a QMainWindow*: no crash, and the
+    // title stays on top.
+    HostWindow window;
+    QMainWindow* plain = &window;
+    QMenuBar* bar = plain->menuBar();
+    QVERIFY(bar);
+    bar->addMenu(QStringLiteral("&Edit"));
+    QCOMPARE(plain->menuBar(), bar);
+    window.setCentralWidget(new QLabel(QStringLiteral("central")));
+    window.setGeometry(kWindowRect);
+    window.show();
+    QVERIFY(QTest::qWaitForWindowExposed(&window));
+    QWidget* title = window.GetTitleWidget();
+    QVERIFY(title);
+    QTRY_COMPARE(topIn(bar, &window), bottomIn(title, &window));
+    QCOMPARE(topIn(title, &window), 5);
+    QCOMPARE(window.menuBar(), bar);
+    QCOMPARE(bar->actions().size(), 1);
+
+    // A menu widget set through the QMainWindow* replaces the menu bar, below the title.
+    QPointer<QMenuBar> replaced = bar;
+    auto* widget = new QLabel(QStringLiteral("menu widget"));
+    plain->setMenuWidget(widget);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QTRY_COMPARE(window.menuWidget(), static_cast<QWidget*>(widget));
+    QTRY_VERIFY(!replaced);
+    QCOMPARE(window.GetTitleWidget(), title);
+    QTRY_COMPARE(topIn(widget, &window), bottomIn(title, &window));
+    QVERIFY(title->isVisible());
+    QCOMPARE(window.HitTest(kWindowRect, emptyTitlePoint(&window)), kCaption);
+}
+
+void tst_ZVCoreWindow::setMenuBarAndMenuWidget()
+{
+    auto window = hostWindow();
+    QVERIFY(window);
+    QWidget* title = window->GetTitleWidget();
+    // Without a menu bar the title is the menu widget, as it always was.
+    QCOMPARE(window->menuWidget(), title);
+    window->setMenuWidget(title);
+    QCOMPARE(window->GetTitleWidget(), title);
+    QCOMPARE(window->menuWidget(), title);
+
+    auto* first = new QMenuBar;
+    window->setMenuBar(first);
+    QCOMPARE(window->menuBar(), first);
+    QCOMPARE(window->menuWidget(), static_cast<QWidget*>(first));
+    QTRY_COMPARE(topIn(first, window.get()), bottomIn(title, window.get()));
+
+    // A second one replaces the first, which is deleted, as QMainWindow does.
+    QPointer<QMenuBar> old = first;
+    auto* second = new QMenuBar;
+    window->setMenuBar(second);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QVERIFY(!old);
+    QCOMPARE(window->menuBar(), second);
+    QTRY_COMPARE(topIn(second, window.get()), bottomIn(title, window.get()));
+
+    // None at all: the title alone again.
+    window->setMenuWidget(nullptr);
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(window->menuWidget(), title);
+    QCOMPARE(window->GetTitleWidget(), title);
+}
+
+void tst_ZVCoreWindow::menuBarMnemonicOpensTheMenu()
+{
+    HostWindow window;
+    QMenu* file = window.menuBar()->addMenu(QStringLiteral("&File"));
+    file->addAction(QStringLiteral("&Open"));
+    window.menuBar()->addMenu(QStringLiteral("&Help"))->addAction(QStringLiteral("&About"));
+    window.setCentralWidget(new QLabel(QStringLiteral("central")));
+    window.setGeometry(kWindowRect);
+    window.show();
+    window.activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(&window));
+    QTest::keyClick(&window, Qt::Key_F, Qt::AltModifier);
+    QTRY_COMPARE(QApplication::activePopupWidget(), static_cast<QWidget*>(file));
+    // Keyboard navigation along the bar: Right goes on to Help.
+    QTest::keyClick(file, Qt::Key_Right);
+    QTRY_VERIFY(QApplication::activePopupWidget() && QApplication::activePopupWidget() != file);
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
 }
 
 void tst_ZVCoreWindow::hitTestOnAScaledScreen()
