@@ -4,10 +4,12 @@
 // layered window: its computation is checked on its own, and what it puts on the screen
 // with a solid colour.
 //
-//   zvwin_shadow [class | create | setters | move-size | show | bitmap | screen | subclass]
+//   zvwin_shadow [class | create | setters | move-size | show | bitmap | screen | subclass
+//                 | two-windows]
 #include "check.h"
 #include "cwndshadow_win.h"
 #include "rendershadow.h"
+#include "shadowregistry.h"
 
 #include <windows.h>
 
@@ -939,6 +941,57 @@ void subclassCase()
 // windows to one, then waits two seconds for it on every hide. Its per-program setting
 // makes it place this program's windows itself; written before the first window, it
 // holds for this run already. Nothing of this on Windows.
+// Two parents with a shadow each, owned through the registry as the core windows own
+// them, closed in both orders: the parent that stays keeps a live shadow that follows
+// it, the one that goes takes its own shadow window along, and nothing is deleted twice.
+void twoWindowsCase()
+{
+    if (!initialize())
+        return;
+    for (const bool firstGoesFirst : {true, false}) {
+        ZVUIFramework::ShadowRegistry<CWndShadow> registry;
+        HWND parents[2] = {makeParent(), makeParent()};
+        HWND shadowWindows[2] = {};
+        for (int i = 0; i < 2; ++i) {
+            auto* shadow = new CWndShadow;
+            registry.Add(parents[i], shadow);
+            shadow->Create(parents[i]);
+            coreSettings(*shadow);
+            shadowWindows[i] = shadow->shadowWindow();
+            CHECK(::IsWindow(shadowWindows[i]));
+            CHECK_EQ(registry.Current(), shadow);
+        }
+        CHECK(shadowWindows[0] != shadowWindows[1]);
+        const int leaving = firstGoesFirst ? 0 : 1;
+        const int staying = 1 - leaving;
+
+        CWndShadow* own = registry.Remove(parents[leaving]);
+        CHECK(own != nullptr);
+        CHECK_EQ(own->shadowWindow(), shadowWindows[leaving]);
+        delete own;
+        ::DestroyWindow(parents[leaving]);
+        pump();
+        CHECK(!::IsWindow(shadowWindows[leaving]));
+        CHECK(::IsWindow(shadowWindows[staying]));
+        CHECK_EQ(registry.Remove(parents[leaving]), static_cast<CWndShadow*>(nullptr));
+
+        // The window that stays forwards its move to its own shadow, which follows.
+        CWndShadow* remaining = registry.Of(parents[staying]);
+        CHECK(remaining != nullptr);
+        CHECK_EQ(registry.Current(), remaining);
+        if (remaining) {
+            moveParent(parents[staying], 170, 140);
+            remaining->OnParentMessage(parents[staying], WM_MOVE, 0, MAKELPARAM(170, 140));
+            CHECK_EQ(box(shadowWindows[staying]), (Box{165, 135, 310, 210}));
+        }
+        delete registry.Remove(parents[staying]);
+        ::DestroyWindow(parents[staying]);
+        pump();
+        CHECK(!::IsWindow(shadowWindows[staying]));
+        CHECK_EQ(registry.Count(), std::size_t(0));
+    }
+}
+
 void placeWindowsOurselvesUnderWine()
 {
     HMODULE ntdll = ::GetModuleHandleW(L"ntdll.dll");
@@ -968,6 +1021,7 @@ struct Case
 const Case kCases[] = {
     {"class", classCase},   {"create", createCase}, {"setters", settersCase}, {"move-size", moveSizeCase},
     {"show", showCase},     {"bitmap", bitmapCase}, {"screen", screenCase},   {"subclass", subclassCase},
+    {"two-windows", twoWindowsCase},
 };
 
 } // namespace

@@ -94,9 +94,8 @@ ZVCoreWindow::ZVCoreWindow(QWidget* parent)
 
 ZVCoreWindow::~ZVCoreWindow()
 {
-    // The shadow is process-wide: whichever window goes first takes it along, and the
-    // pointer is deliberately left as it is.
-    ZVCoreWindowPrivate::deleteLayeredShadow();
+    // The window's own layered shadow goes with it; another window's stays.
+    d_func()->deleteLayeredShadow();
     if (QCoreApplication* app = QCoreApplication::instance())
         app->removeEventFilter(this);
 }

@@ -166,8 +166,8 @@ public:
 
     // Builds the process-wide layered shadow for this window.
     void createLayeredShadow();
-    // Deletes the process-wide layered shadow, whichever window it belongs to.
-    static void deleteLayeredShadow();
+    // Deletes the layered shadow this window built, if it built one (shadowregistry.h).
+    void deleteLayeredShadow();
     void setMaximizeBoxHidden(bool hide);
     // Reads the system's drag-full-windows setting into m_savedDragFullWindows and
     // switches it for a window that is (not) resizable.

@@ -4,6 +4,7 @@
 #include "zvcorewindow.h"
 #include "zvcorewindow_p.h"
 
+#include "shadowregistry.h"
 #include "shadowwindow_qt.h"
 
 #include <ZVCore/private/ZVMainWindowTitle>
@@ -32,10 +33,8 @@ using ZVUIFramework::CShadowWindowQt;
 
 namespace {
 
-// Process-wide, like the window system's own shadow object. Guarded, because the
-// destructor of every core window deletes it and does not reset it: the second one
-// then finds it gone instead of deleting it twice.
-QPointer<CShadowWindowQt> g_layeredShadow;
+// The layered shadows, each owned by the window that built it.
+ZVUIFramework::ShadowRegistry<CShadowWindowQt> g_shadows;
 // Set while a maximised window has given up its shadow margin.
 bool g_marginsRemoved = false;
 
@@ -176,7 +175,7 @@ void ZVCoreWindowPrivate::createLayeredShadow()
     // owner when it first shows. Under a window manager, a native window made this early
     // and a shadow mapped along with it were seen to leave Qt with a wrong window position.
     auto* shadow = new CShadowWindowQt;
-    g_layeredShadow = shadow;
+    g_shadows.Add(q, shadow);
     shadow->Create(q);
     shadow->SetSize(5);
     shadow->SetPosition(0, 0);
@@ -185,7 +184,8 @@ void ZVCoreWindowPrivate::createLayeredShadow()
 
 void ZVCoreWindowPrivate::deleteLayeredShadow()
 {
-    delete g_layeredShadow.data();
+    Q_Q(ZVCoreWindow);
+    delete g_shadows.Remove(q);
 }
 
 void ZVCoreWindowPrivate::setMaximizeBoxHidden(bool hide)

@@ -4,6 +4,7 @@
 #include "zvcorewindow_p.h"
 
 #include "cwndshadow_win.h"
+#include "shadowregistry.h"
 
 #include <ZVFoundation/private/ZVQtCompat>
 
@@ -14,9 +15,8 @@
 
 namespace {
 
-// Process-wide: every core window forwards to it. Deleted by the destructor of every
-// core window and never reset, so a second window must not count on it.
-CWndShadow* g_layeredShadow = nullptr;
+// The layered shadows, each owned by the window that built it.
+ZVUIFramework::ShadowRegistry<CWndShadow> g_shadows;
 // Set while a maximised window has given up its shadow margin.
 bool g_marginsRemoved = false;
 
@@ -25,10 +25,10 @@ HWND handleOf(const QWidget* widget)
     return reinterpret_cast<HWND>(widget->winId());
 }
 
-void forwardToShadow(const MSG* msg)
+void forwardToShadow(const ZVCoreWindow* window, const MSG* msg)
 {
-    if (g_layeredShadow)
-        g_layeredShadow->OnParentMessage(msg->hwnd, msg->message, msg->wParam, msg->lParam);
+    if (CWndShadow* shadow = g_shadows.Of(window))
+        shadow->OnParentMessage(msg->hwnd, msg->message, msg->wParam, msg->lParam);
 }
 
 } // namespace
@@ -38,16 +38,18 @@ void ZVCoreWindowPrivate::createLayeredShadow()
     Q_Q(ZVCoreWindow);
     const HWND hwnd = handleOf(q);
     CWndShadow::Initialize(GetModuleHandleW(nullptr));
-    g_layeredShadow = new CWndShadow;
-    g_layeredShadow->Create(hwnd);
-    g_layeredShadow->SetSize(5);
-    g_layeredShadow->SetPosition(0, 0);
-    g_layeredShadow->SetDarkness(40);
+    auto* shadow = new CWndShadow;
+    g_shadows.Add(q, shadow);
+    shadow->Create(hwnd);
+    shadow->SetSize(5);
+    shadow->SetPosition(0, 0);
+    shadow->SetDarkness(40);
 }
 
 void ZVCoreWindowPrivate::deleteLayeredShadow()
 {
-    delete g_layeredShadow;
+    Q_Q(ZVCoreWindow);
+    delete g_shadows.Remove(q);
 }
 
 void ZVCoreWindowPrivate::setMaximizeBoxHidden(bool hide)
@@ -96,11 +98,11 @@ bool ZVCoreWindow::nativeEvent(const QByteArray& eventType, void* message, ZVQtC
     case WM_PAINT:
     case WM_SHOWWINDOW:
     case WM_EXITSIZEMOVE:
-        forwardToShadow(msg);
+        forwardToShadow(this, msg);
         return false;
 
     case WM_SIZE:
-        forwardToShadow(msg);
+        forwardToShadow(this, msg);
         if (d->m_qtBasedShadow) {
             if (msg->wParam == SIZE_MAXIMIZED) {
                 setContentsMargins(0, 0, 0, 0);

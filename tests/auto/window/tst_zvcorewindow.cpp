@@ -211,6 +211,8 @@ private slots:
     void menuBarThroughQMainWindow();
     void setMenuBarAndMenuWidget();
     void menuBarMnemonicOpensTheMenu();
+    void twoWindowsOpenAndCloseInAnyOrder_data();
+    void twoWindowsOpenAndCloseInAnyOrder();
     void hitTestOnAScaledScreen();
 
     // the public members
@@ -757,6 +759,69 @@ void tst_ZVCoreWindow::menuBarMnemonicOpensTheMenu()
     QTest::keyClick(file, Qt::Key_Right);
     QTRY_VERIFY(QApplication::activePopupWidget() && QApplication::activePopupWidget() != file);
     QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+}
+
+int shadowWindowCount()
+{
+    int count = 0;
+    for (QWidget* w : QApplication::topLevelWidgets())
+        count += qobject_cast<CShadowWindowQt*>(w) ? 1 : 0;
+    return count;
+}
+
+void tst_ZVCoreWindow::twoWindowsOpenAndCloseInAnyOrder_data()
+{
+    QTest::addColumn<bool>("firstLayered");
+    QTest::addColumn<bool>("secondLayered");
+    QTest::addColumn<bool>("firstGoesFirst");
+    for (bool a : {true, false}) {
+        for (bool b : {true, false}) {
+            for (bool firstGoesFirst : {true, false}) {
+                const QString name = QStringLiteral("%1 + %2, %3 closes first")
+                                         .arg(a ? QStringLiteral("layered") : QStringLiteral("painted"),
+                                              b ? QStringLiteral("layered") : QStringLiteral("painted"),
+                                              firstGoesFirst ? QStringLiteral("first") : QStringLiteral("second"));
+                QTest::newRow(qPrintable(name)) << a << b << firstGoesFirst;
+            }
+        }
+    }
+}
+
+void tst_ZVCoreWindow::twoWindowsOpenAndCloseInAnyOrder()
+{
+    // Each window keeps its own layered shadow; the one that stays goes on moving,
+    // resizing and maximising with its shadow after the other has gone (the address
+    // sanitizer lane sees any use of a deleted shadow).
+    QFETCH(bool, firstLayered);
+    QFETCH(bool, secondLayered);
+    QFETCH(bool, firstGoesFirst);
+    QCOMPARE(shadowWindowCount(), 0);
+    qApp->setProperty("QtBasedShadow", !firstLayered);
+    auto first = hostWindow();
+    qApp->setProperty("QtBasedShadow", !secondLayered);
+    auto second = hostWindow();
+    QVERIFY(first && second);
+    QCOMPARE(shadowWindowCount(), int(firstLayered) + int(secondLayered));
+    QCOMPARE(shadowOf(first.get()) != nullptr, firstLayered);
+    QCOMPARE(shadowOf(second.get()) != nullptr, secondLayered);
+
+    std::unique_ptr<HostWindow>& leaving = firstGoesFirst ? first : second;
+    std::unique_ptr<HostWindow>& staying = firstGoesFirst ? second : first;
+    const bool stayingLayered = firstGoesFirst ? secondLayered : firstLayered;
+    leaving.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(shadowWindowCount(), int(stayingLayered));
+    CShadowWindowQt* shadow = shadowOf(staying.get());
+    QCOMPARE(shadow != nullptr, stayingLayered);
+    staying->setGeometry(kWindowRect.translated(40, 30).adjusted(0, 0, 60, 20));
+    staying->showMaximized();
+    QTRY_VERIFY(staying->isMaximized());
+    staying->showNormal();
+    QTRY_VERIFY(!staying->isMaximized());
+    QCOMPARE(shadowOf(staying.get()), shadow);
+    staying.reset();
+    QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
+    QCOMPARE(shadowWindowCount(), 0);
 }
 
 void tst_ZVCoreWindow::hitTestOnAScaledScreen()
