@@ -119,33 +119,43 @@ bool DisplaySession::start(Compositor compositor, int width, int height, int dpi
     if (!startOpenbox())
         return false;
 
-    if (compositor == WithCompositor) {
-        m_compositor.setProcessEnvironment(environment());
-        m_compositor.setProcessChannelMode(QProcess::ForwardedErrorChannel);
-        m_compositor.setStandardOutputFile(QProcess::nullDevice());
-        // Plain compositing: no shadows or fades of the compositor's own that would
-        // mix with the window's.
-        m_compositor.start(QStandardPaths::findExecutable(QStringLiteral("xcompmgr")), QStringList());
-        if (!m_compositor.waitForStarted(10000)) {
-            m_error = QStringLiteral("xcompmgr did not start");
-            return false;
-        }
-        // The compositor names the window that holds its _NET_WM_CM_S0 selection.
-        QElapsedTimer timer;
-        timer.start();
-        bool up = false;
-        while (!up && timer.elapsed() < 10000 && m_compositor.state() == QProcess::Running) {
-            up = runTool(QStringLiteral("xwininfo"), {QStringLiteral("-root"), QStringLiteral("-children")})
-                     .contains(QStringLiteral("\"xcompmgr\""));
-            if (!up)
-                QThread::msleep(50);
-        }
-        if (!up) {
-            m_error = QStringLiteral("xcompmgr did not take the screen");
-            return false;
-        }
+    return compositor == WithoutCompositor || startCompositor();
+}
+
+bool DisplaySession::startCompositor()
+{
+    if (m_compositor.state() != QProcess::NotRunning)
+        return true;
+    m_compositor.setProcessEnvironment(environment());
+    m_compositor.setProcessChannelMode(QProcess::ForwardedErrorChannel);
+    m_compositor.setStandardOutputFile(QProcess::nullDevice());
+    // Plain compositing: no shadows or fades of the compositor's own that would mix
+    // with the window's.
+    m_compositor.start(QStandardPaths::findExecutable(QStringLiteral("xcompmgr")), QStringList());
+    if (!m_compositor.waitForStarted(10000)) {
+        m_error = QStringLiteral("xcompmgr did not start");
+        return false;
+    }
+    // The compositor names the window that holds its _NET_WM_CM_S0 selection.
+    QElapsedTimer timer;
+    timer.start();
+    bool up = false;
+    while (!up && timer.elapsed() < 10000 && m_compositor.state() == QProcess::Running) {
+        up = runTool(QStringLiteral("xwininfo"), {QStringLiteral("-root"), QStringLiteral("-children")})
+                 .contains(QStringLiteral("\"xcompmgr\""));
+        if (!up)
+            QThread::msleep(50);
+    }
+    if (!up) {
+        m_error = QStringLiteral("xcompmgr did not take the screen");
+        return false;
     }
     return true;
+}
+
+void DisplaySession::stopCompositor()
+{
+    stopProcess(m_compositor);
 }
 
 bool DisplaySession::writeOpenboxConfig()

@@ -53,6 +53,10 @@ public:
     bool start(Compositor compositor, int width, int height, int dpi, int xftDpi = 0);
     // Stops what start() started, newest first; safe to call twice.
     void stop();
+    // Starts xcompmgr on a running session (and waits until it owns the screen), or
+    // stops it again: a compositing manager that comes or goes while windows are open.
+    bool startCompositor();
+    void stopCompositor();
 
     QString display() const { return m_xvfb.display(); }
     QString error() const { return m_error; }

@@ -112,6 +112,7 @@ private Q_SLOTS:
     void maximisedAtStartCoversWorkArea();
     void layeredShadowLiesOutsideOnly();
     void paintedShadowRingsInMargin();
+    void noCompositorNoMarginAndLiveSwitch();
 
 private:
     bool startDesktop(DisplaySession::Compositor compositor, const QStringList& hostArguments);
@@ -580,6 +581,81 @@ void tst_CoreWindowDisplay::paintedShadowRingsInMargin()
     }
     qInfo().noquote() << describe(g) << "margin, measured/expected from the white area outwards:"
                       << measured.join(QStringLiteral("; "));
+}
+
+// Without a compositing manager nothing blends the painted shadow's translucent pixels,
+// which would show black: the window has no margin and is opaque. A compositor that
+// starts or stops while the window is open brings the margin and its shadow, or takes
+// them away, within a second, around content that stays where it is.
+void tst_CoreWindowDisplay::noCompositorNoMarginAndLiveSwitch()
+{
+    QVERIFY2(startDesktop(DisplaySession::WithoutCompositor, {}), qPrintable(m_failure));
+    const unsigned long window = m_host->windowId();
+    QCOMPARE(m_host->widgetRect(QStringLiteral("title")), QRect(0, 0, kWidth, kTitleHeight));
+    QCOMPARE(m_host->widgetRect(QStringLiteral("central")), QRect(0, kTitleHeight, kWidth, kHeight - kTitleHeight));
+    const QRect content = m_session->settledGeometry(window);
+    QCOMPARE(content.size(), QSize(kWidth, kHeight));
+    const int cy = content.top() + kTitleHeight + (kHeight - kTitleHeight) / 2;
+
+    // The rows and columns of pixels 2 pixels outside the content, sampled along each side.
+    const auto outside = [&](const QImage& shot) {
+        QList<QRgb> pixels;
+        for (int x = content.left(); x <= content.right(); x += 40) {
+            pixels << shot.pixel(x, content.top() - 2) << shot.pixel(x, content.bottom() + 2);
+        }
+        for (int y = content.top(); y <= content.bottom(); y += 40) {
+            pixels << shot.pixel(content.left() - 2, y) << shot.pixel(content.right() + 2, y);
+        }
+        return pixels;
+    };
+    const auto allDesktop = [&](const QImage& shot, QString* why) {
+        for (const QRgb p : outside(shot)) {
+            if (!closeColour(p, grey(DisplaySession::kDesktopGrey), 2)) {
+                *why = describe(p);
+                return false;
+            }
+        }
+        return true;
+    };
+    QThread::msleep(300);
+    QImage shot = screenshot(QStringLiteral("no-compositor"));
+    QVERIFY(!shot.isNull());
+    QString why;
+    QVERIFY2(allDesktop(shot, &why), qPrintable(QStringLiteral("outside the content: ") + why));
+    // The content reaches the window's edge, opaque.
+    QVERIFY2(closeColour(shot.pixel(content.left(), cy), kContent.rgb(), 2), qPrintable(describe(shot.pixel(content.left(), cy))));
+
+    // A compositor starts: the window grows by the margin on every side, within a second.
+    QVERIFY2(m_session->startCompositor(), qPrintable(m_session->error()));
+    QElapsedTimer timer;
+    timer.start();
+    const QRect withMargin = content.adjusted(-kMargin, -kMargin, kMargin, kMargin);
+    while (m_session->clientGeometry(window) != withMargin && timer.elapsed() < 3000)
+        QThread::msleep(20);
+    const qint64 growMs = timer.elapsed();
+    QCOMPARE(m_session->settledGeometry(window), withMargin);
+    qInfo().noquote() << "margin back" << growMs << "ms after the compositor took the screen";
+    QVERIFY2(growMs < 1000, qPrintable(QString::number(growMs)));
+    QThread::msleep(500); // the compositor repaints on its own time
+    shot = screenshot(QStringLiteral("compositor-started"));
+    // The content has not moved; right outside it the shadow darkens the desktop.
+    QVERIFY2(closeColour(shot.pixel(content.left() + 1, cy), kContent.rgb(), 2), qPrintable(describe(shot.pixel(content.left() + 1, cy))));
+    const QRgb ring = shot.pixel(content.left() - 1, cy);
+    QVERIFY2(qRed(ring) <= DisplaySession::kDesktopGrey - 10, qPrintable(describe(ring)));
+
+    // It stops: the margin goes again, within a second, and nothing black is left.
+    m_session->stopCompositor();
+    timer.restart();
+    while (m_session->clientGeometry(window) != content && timer.elapsed() < 3000)
+        QThread::msleep(20);
+    const qint64 shrinkMs = timer.elapsed();
+    QCOMPARE(m_session->settledGeometry(window), content);
+    qInfo().noquote() << "margin gone" << shrinkMs << "ms after the compositor stopped";
+    QVERIFY2(shrinkMs < 1000, qPrintable(QString::number(shrinkMs)));
+    QThread::msleep(300);
+    shot = screenshot(QStringLiteral("compositor-stopped"));
+    QVERIFY2(allDesktop(shot, &why), qPrintable(QStringLiteral("outside the content: ") + why));
+    QVERIFY2(closeColour(shot.pixel(content.left(), cy), kContent.rgb(), 2), qPrintable(describe(shot.pixel(content.left(), cy))));
 }
 
 QTEST_MAIN(tst_CoreWindowDisplay)

@@ -1,5 +1,7 @@
 #include "shadowwindow_qt.h"
 
+#include "compositorwatch.h"
+
 #include <QtCore/QEvent>
 #include <QtCore/QTimer>
 #include <QtGui/QGuiApplication>
@@ -52,26 +54,6 @@ public:
     X11Session& operator=(const X11Session&) = delete;
 
     bool isValid() const { return m_connection != nullptr; }
-
-    // Whether a compositing manager blends translucent windows on the screen; without
-    // one a translucent window shows its transparent parts as black.
-    bool isCompositing() const
-    {
-        const QByteArray name = "_NET_WM_CM_S" + QByteArray::number(m_screen);
-        xcb_intern_atom_reply_t* atom = xcb_intern_atom_reply(
-            m_connection, xcb_intern_atom(m_connection, 1, uint16_t(name.size()), name.constData()), nullptr);
-        if (!atom)
-            return false;
-        const xcb_atom_t selection = atom->atom;
-        std::free(atom);
-        if (selection == XCB_ATOM_NONE)
-            return false;
-        xcb_get_selection_owner_reply_t* owner =
-            xcb_get_selection_owner_reply(m_connection, xcb_get_selection_owner(m_connection, selection), nullptr);
-        const bool owned = owner && owner->owner != XCB_WINDOW_NONE;
-        std::free(owner);
-        return owned;
-    }
 
     // Puts \a window right under the top-level ancestor of \a owner: under the window
     // manager's frame of it when it has one.
@@ -156,6 +138,19 @@ void CShadowWindowQt::Create(QWidget* parent)
     connect(parent, &QObject::destroyed, this, [this] {
         hideShadow();
         m_status &= ~ParentVisible;
+    });
+    // A compositing manager that starts or stops while the window is open: the shadow
+    // appears or goes with it.
+    connect(CCompositorWatch::Instance(), &CCompositorWatch::compositingChanged, this, [this](bool compositing) {
+        if (!(m_status & Visible))
+            return;
+        if (!compositing) {
+            hide();
+        } else if (!isVisible()) {
+            render();
+            show();
+            QTimer::singleShot(0, this, [this] { stackUnderParent(); });
+        }
     });
 
     if (!parent->isVisible()) {
@@ -323,13 +318,7 @@ void CShadowWindowQt::showShadow()
 
 bool CShadowWindowQt::canBlend()
 {
-#ifdef ZV_SHADOW_X11
-    if (onX11()) {
-        const X11Session session;
-        return session.isValid() && session.isCompositing();
-    }
-#endif
-    return true;
+    return CCompositorWatch::Instance()->IsCompositing();
 }
 
 void CShadowWindowQt::hideShadow()

@@ -366,6 +366,11 @@ void ZVCoreWindow::paintEvent(QPaintEvent* event)
         return;
     }
     QPainter painter(this);
+    if (!d->m_compositing) {
+        // Nothing would blend a transparent pixel: no margin, no rings, no round corners.
+        painter.fillRect(rect(), Qt::white);
+        return;
+    }
     d->paintFrame(painter, applicationProperty("dlgRadius").toInt());
 }
 

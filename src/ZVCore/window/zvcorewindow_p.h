@@ -133,6 +133,12 @@ public:
     ZVCoreWindow* q_ptr;
 
     bool m_qtBasedShadow = true;
+    // Whether translucent windows are blended with what lies under them. Where they are
+    // not (X11 without a compositing manager) the painted shadow would show black: the
+    // window then has no shadow margin and paints itself opaque.
+    bool m_compositing = true;
+    // Follows a compositing manager that starts or stops while the window is open.
+    void setCompositing(bool compositing);
     // Guarded: a host that replaces the title (for instance through setMenuWidget) has
     // it deleted, and the hit test must then see no title rather than a dangling one.
     QPointer<ZVMainWindowTitle> m_title;

@@ -4,6 +4,7 @@
 #include "zvcorewindow.h"
 #include "zvcorewindow_p.h"
 
+#include "compositorwatch.h"
 #include "shadowregistry.h"
 #include "shadowwindow_qt.h"
 
@@ -221,6 +222,35 @@ void ZVCoreWindowPrivate::initFrameHandling()
     // move on to their parents.
     if (QCoreApplication* app = QCoreApplication::instance())
         app->installEventFilter(q);
+
+    if (m_qtBasedShadow) {
+        ZVUIFramework::CCompositorWatch* watch = ZVUIFramework::CCompositorWatch::Instance();
+        // Before the host places the window: its size is then the window's, margin or not.
+        m_compositing = watch->IsCompositing();
+        if (!m_compositing)
+            q->setContentsMargins(0, 0, 0, 0);
+        QObject::connect(watch, &ZVUIFramework::CCompositorWatch::compositingChanged, q,
+                         [this](bool compositing) { setCompositing(compositing); });
+    }
+}
+
+void ZVCoreWindowPrivate::setCompositing(bool compositing)
+{
+    Q_Q(ZVCoreWindow);
+    if (compositing == m_compositing || !m_qtBasedShadow)
+        return;
+    m_compositing = compositing;
+    const Qt::WindowStates state = q->windowState();
+    const bool zoomed = (state & Qt::WindowMaximized) && !(state & Qt::WindowMinimized);
+    if (!zoomed && !(state & Qt::WindowFullScreen)) {
+        // The content keeps its place and size on the screen: the window grows or
+        // shrinks around it by the margin.
+        const int m = ZVUIFramework::kShadowMargin;
+        const QRect content = q->geometry().marginsRemoved(q->contentsMargins());
+        q->setContentsMargins(compositing ? QMargins(m, m, m, m) : QMargins());
+        q->setGeometry(content.marginsAdded(q->contentsMargins()));
+    }
+    q->update();
 }
 
 long ZVCoreWindowPrivate::hitTestAt(const QPointF& globalPos) const
@@ -388,8 +418,9 @@ void ZVCoreWindowPrivate::applyMarginRule()
         q->setContentsMargins(0, 0, 0, 0);
         g_marginsRemoved = true;
     } else if (g_marginsRemoved) {
-        q->setContentsMargins(ZVUIFramework::kShadowMargin, ZVUIFramework::kShadowMargin, ZVUIFramework::kShadowMargin,
-                              ZVUIFramework::kShadowMargin);
+        // Without blending there is no margin to come back.
+        const int m = m_compositing ? ZVUIFramework::kShadowMargin : 0;
+        q->setContentsMargins(m, m, m, m);
         g_marginsRemoved = false;
         q->update();
     }
