@@ -49,5 +49,76 @@
         <source>Feedback</source>
         <translation>ملاحظات</translation>
     </message>
+    <message>
+        <source>Menu</source>
+        <translation>القائمة</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>تصغير</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>تكبير</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>استعادة</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>إغلاق</translation>
+    </message>
+    <message>
+        <source>Sends feedback to the makers</source>
+        <translation>يرسل ملاحظات إلى المطوّرين</translation>
+    </message>
+    <message>
+        <source>Opens the menu</source>
+        <translation>يفتح القائمة</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>يصغّر النافذة</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>يكبّر النافذة</translation>
+    </message>
+    <message>
+        <source>Restores the window to its size</source>
+        <translation>يعيد النافذة إلى حجمها</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>يغلق النافذة</translation>
+    </message>
+</context>
+<context>
+    <name>ZVCoreWindow</name>
+    <message>
+        <source>&amp;Restore</source>
+        <translation>&amp;استعادة</translation>
+    </message>
+    <message>
+        <source>&amp;Move</source>
+        <translation>&amp;نقل</translation>
+    </message>
+    <message>
+        <source>&amp;Size</source>
+        <translation>ا&amp;لحجم</translation>
+    </message>
+    <message>
+        <source>Mi&amp;nimise</source>
+        <translation>ت&amp;صغير</translation>
+    </message>
+    <message>
+        <source>Ma&amp;ximise</source>
+        <translation>تك&amp;بير</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>إ&amp;غلاق</translation>
+    </message>
 </context>
 </TS>

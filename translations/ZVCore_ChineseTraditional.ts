@@ -49,5 +49,76 @@
         <source>Feedback</source>
         <translation>意見回饋</translation>
     </message>
+    <message>
+        <source>Menu</source>
+        <translation>選單</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>最小化</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>最大化</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>還原</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>關閉</translation>
+    </message>
+    <message>
+        <source>Sends feedback to the makers</source>
+        <translation>向開發者傳送意見回饋</translation>
+    </message>
+    <message>
+        <source>Opens the menu</source>
+        <translation>開啟選單</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>最小化視窗</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>最大化視窗</translation>
+    </message>
+    <message>
+        <source>Restores the window to its size</source>
+        <translation>將視窗還原為原來的大小</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>關閉視窗</translation>
+    </message>
+</context>
+<context>
+    <name>ZVCoreWindow</name>
+    <message>
+        <source>&amp;Restore</source>
+        <translation>還原(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Move</source>
+        <translation>移動(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;Size</source>
+        <translation>大小(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Mi&amp;nimise</source>
+        <translation>最小化(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Ma&amp;ximise</source>
+        <translation>最大化(&amp;X)</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>關閉(&amp;C)</translation>
+    </message>
 </context>
 </TS>

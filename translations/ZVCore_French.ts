@@ -49,5 +49,76 @@
         <source>Feedback</source>
         <translation>Commentaires</translation>
     </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menu</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>Réduire</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>Agrandir</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>Restaurer</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
+        <source>Sends feedback to the makers</source>
+        <translation>Envoie un avis aux auteurs</translation>
+    </message>
+    <message>
+        <source>Opens the menu</source>
+        <translation>Ouvre le menu</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>Réduit la fenêtre</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>Agrandit la fenêtre</translation>
+    </message>
+    <message>
+        <source>Restores the window to its size</source>
+        <translation>Rend à la fenêtre sa taille</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>Ferme la fenêtre</translation>
+    </message>
+</context>
+<context>
+    <name>ZVCoreWindow</name>
+    <message>
+        <source>&amp;Restore</source>
+        <translation>&amp;Restaurer</translation>
+    </message>
+    <message>
+        <source>&amp;Move</source>
+        <translation>&amp;Déplacer</translation>
+    </message>
+    <message>
+        <source>&amp;Size</source>
+        <translation>&amp;Taille</translation>
+    </message>
+    <message>
+        <source>Mi&amp;nimise</source>
+        <translation>Réd&amp;uire</translation>
+    </message>
+    <message>
+        <source>Ma&amp;ximise</source>
+        <translation>A&amp;grandir</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Fermer</translation>
+    </message>
 </context>
 </TS>

@@ -49,5 +49,76 @@
         <source>Feedback</source>
         <translation>Feedback</translation>
     </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menü</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>Minimieren</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>Maximieren</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Sends feedback to the makers</source>
+        <translation>Sendet Feedback an die Entwickler</translation>
+    </message>
+    <message>
+        <source>Opens the menu</source>
+        <translation>Öffnet das Menü</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>Minimiert das Fenster</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>Maximiert das Fenster</translation>
+    </message>
+    <message>
+        <source>Restores the window to its size</source>
+        <translation>Stellt die Fenstergröße wieder her</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>Schließt das Fenster</translation>
+    </message>
+</context>
+<context>
+    <name>ZVCoreWindow</name>
+    <message>
+        <source>&amp;Restore</source>
+        <translation>&amp;Wiederherstellen</translation>
+    </message>
+    <message>
+        <source>&amp;Move</source>
+        <translation>&amp;Verschieben</translation>
+    </message>
+    <message>
+        <source>&amp;Size</source>
+        <translation>&amp;Größe ändern</translation>
+    </message>
+    <message>
+        <source>Mi&amp;nimise</source>
+        <translation>Mi&amp;nimieren</translation>
+    </message>
+    <message>
+        <source>Ma&amp;ximise</source>
+        <translation>Ma&amp;ximieren</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Schließen</translation>
+    </message>
 </context>
 </TS>

@@ -49,5 +49,76 @@
         <source>Feedback</source>
         <translation>フィードバック</translation>
     </message>
+    <message>
+        <source>Menu</source>
+        <translation>メニュー</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>最小化</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>最大化</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>元に戻す</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>閉じる</translation>
+    </message>
+    <message>
+        <source>Sends feedback to the makers</source>
+        <translation>開発元にフィードバックを送ります</translation>
+    </message>
+    <message>
+        <source>Opens the menu</source>
+        <translation>メニューを開きます</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>ウィンドウを最小化します</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>ウィンドウを最大化します</translation>
+    </message>
+    <message>
+        <source>Restores the window to its size</source>
+        <translation>ウィンドウを元のサイズに戻します</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>ウィンドウを閉じます</translation>
+    </message>
+</context>
+<context>
+    <name>ZVCoreWindow</name>
+    <message>
+        <source>&amp;Restore</source>
+        <translation>元に戻す(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Move</source>
+        <translation>移動(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;Size</source>
+        <translation>サイズ変更(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Mi&amp;nimise</source>
+        <translation>最小化(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Ma&amp;ximise</source>
+        <translation>最大化(&amp;X)</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>閉じる(&amp;C)</translation>
+    </message>
 </context>
 </TS>

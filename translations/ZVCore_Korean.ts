@@ -49,5 +49,76 @@
         <source>Feedback</source>
         <translation>피드백</translation>
     </message>
+    <message>
+        <source>Menu</source>
+        <translation>메뉴</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>최소화</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>최대화</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>이전 크기로 복원</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>닫기</translation>
+    </message>
+    <message>
+        <source>Sends feedback to the makers</source>
+        <translation>개발자에게 의견을 보냅니다</translation>
+    </message>
+    <message>
+        <source>Opens the menu</source>
+        <translation>메뉴를 엽니다</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>창을 최소화합니다</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>창을 최대화합니다</translation>
+    </message>
+    <message>
+        <source>Restores the window to its size</source>
+        <translation>창을 이전 크기로 복원합니다</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>창을 닫습니다</translation>
+    </message>
+</context>
+<context>
+    <name>ZVCoreWindow</name>
+    <message>
+        <source>&amp;Restore</source>
+        <translation>이전 크기로(&amp;R)</translation>
+    </message>
+    <message>
+        <source>&amp;Move</source>
+        <translation>이동(&amp;M)</translation>
+    </message>
+    <message>
+        <source>&amp;Size</source>
+        <translation>크기 조정(&amp;S)</translation>
+    </message>
+    <message>
+        <source>Mi&amp;nimise</source>
+        <translation>최소화(&amp;N)</translation>
+    </message>
+    <message>
+        <source>Ma&amp;ximise</source>
+        <translation>최대화(&amp;X)</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>닫기(&amp;C)</translation>
+    </message>
 </context>
 </TS>

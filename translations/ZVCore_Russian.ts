@@ -49,5 +49,76 @@
         <source>Feedback</source>
         <translation>Обратная связь</translation>
     </message>
+    <message>
+        <source>Menu</source>
+        <translation>Меню</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>Свернуть</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>Развернуть</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>Восстановить</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+    <message>
+        <source>Sends feedback to the makers</source>
+        <translation>Отправляет отзыв разработчикам</translation>
+    </message>
+    <message>
+        <source>Opens the menu</source>
+        <translation>Открывает меню</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>Сворачивает окно</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>Разворачивает окно</translation>
+    </message>
+    <message>
+        <source>Restores the window to its size</source>
+        <translation>Восстанавливает размер окна</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>Закрывает окно</translation>
+    </message>
+</context>
+<context>
+    <name>ZVCoreWindow</name>
+    <message>
+        <source>&amp;Restore</source>
+        <translation>&amp;Восстановить</translation>
+    </message>
+    <message>
+        <source>&amp;Move</source>
+        <translation>&amp;Переместить</translation>
+    </message>
+    <message>
+        <source>&amp;Size</source>
+        <translation>Р&amp;азмер</translation>
+    </message>
+    <message>
+        <source>Mi&amp;nimise</source>
+        <translation>Св&amp;ернуть</translation>
+    </message>
+    <message>
+        <source>Ma&amp;ximise</source>
+        <translation>Ра&amp;звернуть</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Закрыть</translation>
+    </message>
 </context>
 </TS>

@@ -49,5 +49,76 @@
         <source>Feedback</source>
         <translation>Comentarios</translation>
     </message>
+    <message>
+        <source>Menu</source>
+        <translation>Menú</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>Minimizar</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>Maximizar</translation>
+    </message>
+    <message>
+        <source>Restore</source>
+        <translation>Restaurar</translation>
+    </message>
+    <message>
+        <source>Close</source>
+        <translation>Cerrar</translation>
+    </message>
+    <message>
+        <source>Sends feedback to the makers</source>
+        <translation>Envía comentarios a los creadores</translation>
+    </message>
+    <message>
+        <source>Opens the menu</source>
+        <translation>Abre el menú</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>Minimiza la ventana</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>Maximiza la ventana</translation>
+    </message>
+    <message>
+        <source>Restores the window to its size</source>
+        <translation>Devuelve la ventana a su tamaño</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>Cierra la ventana</translation>
+    </message>
+</context>
+<context>
+    <name>ZVCoreWindow</name>
+    <message>
+        <source>&amp;Restore</source>
+        <translation>&amp;Restaurar</translation>
+    </message>
+    <message>
+        <source>&amp;Move</source>
+        <translation>&amp;Mover</translation>
+    </message>
+    <message>
+        <source>&amp;Size</source>
+        <translation>&amp;Tamaño</translation>
+    </message>
+    <message>
+        <source>Mi&amp;nimise</source>
+        <translation>Mi&amp;nimizar</translation>
+    </message>
+    <message>
+        <source>Ma&amp;ximise</source>
+        <translation>Ma&amp;ximizar</translation>
+    </message>
+    <message>
+        <source>&amp;Close</source>
+        <translation>&amp;Cerrar</translation>
+    </message>
 </context>
 </TS>

@@ -192,6 +192,9 @@ public:
     bool m_frameCursorSet = false;
 
     bool handleFrameMouse(QMouseEvent* event);
+    // The window menu at \a globalPos: the window manager's where it shows one, else the
+    // frame's own (CWindowMenu).
+    void showWindowMenu(const QPoint& globalPos);
     bool handOverMove(const QPointF& globalPos);
     long hitTestAt(const QPointF& globalPos) const;
     void updateFrameCursor(long code);

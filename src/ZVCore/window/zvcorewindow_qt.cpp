@@ -5,6 +5,7 @@
 #include "zvcorewindow_p.h"
 
 #include "compositorwatch.h"
+#include "cwindowmenu.h"
 #include "shadowregistry.h"
 #include "shadowwindow_qt.h"
 
@@ -19,8 +20,12 @@
 #include <QtGui/QMouseEvent>
 #include <QtGui/QWindow>
 #include <QtWidgets/QApplication>
+#include <QShortcut> // QtWidgets in Qt 5, QtGui in Qt 6
 
+#include <algorithm>
 #include <cstdlib>
+#include <cstring>
+#include <functional>
 
 // Wherever the frame's platform list is "xcb", libxcb is linked; Qt's own connection is
 // not reachable through public API, so the little asked of the X server goes through one
@@ -107,6 +112,123 @@ void restartSystemMoveFrom(QWidget* window, const QPointF& globalPos)
 #else
     Q_UNUSED(window)
     Q_UNUSED(globalPos)
+#endif
+}
+
+#ifdef ZV_FRAME_X11
+// A short-lived connection to the display Qt uses, with its root window.
+struct X11Root
+{
+    X11Root()
+    {
+        const QByteArray display = qgetenv("DISPLAY");
+        int screenNumber = 0;
+        connection = xcb_connect(display.isEmpty() ? nullptr : display.constData(), &screenNumber);
+        if (xcb_connection_has_error(connection))
+            return;
+        xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
+        for (int i = 0; i < screenNumber && screens.rem; ++i)
+            xcb_screen_next(&screens);
+        if (screens.rem)
+            root = screens.data->root;
+    }
+    ~X11Root() { xcb_disconnect(connection); }
+    X11Root(const X11Root&) = delete;
+    X11Root& operator=(const X11Root&) = delete;
+
+    bool isValid() const { return root != XCB_WINDOW_NONE; }
+
+    xcb_atom_t atom(const char* name) const
+    {
+        xcb_intern_atom_reply_t* reply = xcb_intern_atom_reply(
+            connection, xcb_intern_atom(connection, 0, uint16_t(std::strlen(name)), name), nullptr);
+        const xcb_atom_t result = reply ? reply->atom : xcb_atom_t(XCB_ATOM_NONE);
+        std::free(reply);
+        return result;
+    }
+
+    // Whether the window manager lists \a name in _NET_SUPPORTED.
+    bool supports(const char* name) const
+    {
+        const xcb_atom_t wanted = atom(name);
+        const xcb_atom_t supported = atom("_NET_SUPPORTED");
+        if (wanted == XCB_ATOM_NONE || supported == XCB_ATOM_NONE)
+            return false;
+        xcb_get_property_reply_t* reply = xcb_get_property_reply(
+            connection, xcb_get_property(connection, 0, root, supported, XCB_ATOM_ATOM, 0, 4096), nullptr);
+        bool found = false;
+        if (reply && reply->format == 32) {
+            const auto* atoms = static_cast<const xcb_atom_t*>(xcb_get_property_value(reply));
+            const int count = xcb_get_property_value_length(reply) / 4;
+            found = std::find(atoms, atoms + count, wanted) != atoms + count;
+        }
+        std::free(reply);
+        return found;
+    }
+
+    // A client message about \a window for the window manager.
+    void send(xcb_window_t window, xcb_atom_t type, const uint32_t (&data)[5]) const
+    {
+        xcb_client_message_event_t message = {};
+        message.response_type = XCB_CLIENT_MESSAGE;
+        message.format = 32;
+        message.window = window;
+        message.type = type;
+        std::copy(data, data + 5, message.data.data32);
+        xcb_send_event(connection, 0, root, XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
+                       reinterpret_cast<const char*>(&message));
+        xcb_flush(connection);
+    }
+
+    xcb_connection_t* connection = nullptr;
+    xcb_window_t root = XCB_WINDOW_NONE;
+};
+#endif
+
+// Hands the window to the window manager for a move (keyboard \a move) or a resize by
+// keyboard, as a system's window menu does; false where no window manager takes it.
+bool startKeyboardMoveResize(QWidget* window, bool move)
+{
+#ifdef ZV_FRAME_X11
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        return false;
+    const X11Root x11;
+    const xcb_atom_t type = x11.isValid() ? x11.atom("_NET_WM_MOVERESIZE") : xcb_atom_t(XCB_ATOM_NONE);
+    if (type == XCB_ATOM_NONE)
+        return false;
+    const QPoint at = QCursor::pos(window->screen());
+    const qreal dpr = window->devicePixelRatioF();
+    // _NET_WM_MOVERESIZE directions: 9 sizes by keyboard, 10 moves by keyboard. Source
+    // 1: an application.
+    const uint32_t data[5] = {uint32_t(qRound(at.x() * dpr)), uint32_t(qRound(at.y() * dpr)), move ? 10u : 9u, 0u, 1u};
+    x11.send(xcb_window_t(window->winId()), type, data);
+    return true;
+#else
+    Q_UNUSED(window)
+    Q_UNUSED(move)
+    return false;
+#endif
+}
+
+// Asks the window manager to show its own window menu at \a globalPos (logical), where it
+// offers one (_GTK_SHOW_WINDOW_MENU); false where it does not.
+bool showManagersWindowMenu(QWidget* window, const QPoint& globalPos)
+{
+#ifdef ZV_FRAME_X11
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        return false;
+    const X11Root x11;
+    if (!x11.isValid() || !x11.supports("_GTK_SHOW_WINDOW_MENU"))
+        return false;
+    const qreal dpr = window->devicePixelRatioF();
+    // Device 0 (the core pointer), then the root position.
+    const uint32_t data[5] = {0u, uint32_t(qRound(globalPos.x() * dpr)), uint32_t(qRound(globalPos.y() * dpr)), 0u, 0u};
+    x11.send(xcb_window_t(window->winId()), x11.atom("_GTK_SHOW_WINDOW_MENU"), data);
+    return true;
+#else
+    Q_UNUSED(window)
+    Q_UNUSED(globalPos)
+    return false;
 #endif
 }
 
@@ -232,6 +354,32 @@ void ZVCoreWindowPrivate::initFrameHandling()
         QObject::connect(watch, &ZVUIFramework::CCompositorWatch::compositingChanged, q,
                          [this](bool compositing) { setCompositing(compositing); });
     }
+
+    // Alt+Space opens the window menu below the title's left end, as on a system frame.
+    auto* shortcut = new QShortcut(QKeySequence(Qt::ALT | Qt::Key_Space), q);
+    shortcut->setContext(Qt::WindowShortcut);
+    QObject::connect(shortcut, &QShortcut::activated, q, [this] {
+        Q_Q(ZVCoreWindow);
+        const QWidget* title = q->GetTitleWidget();
+        const QPoint at = title ? title->mapToGlobal(QPoint(0, title->height())) : q->mapToGlobal(QPoint(0, 0));
+        showWindowMenu(at);
+    });
+}
+
+void ZVCoreWindowPrivate::showWindowMenu(const QPoint& globalPos)
+{
+    Q_Q(ZVCoreWindow);
+    if (showManagersWindowMenu(q, globalPos))
+        return;
+    std::function<void()> move;
+    std::function<void()> size;
+    if (!isOffscreen() && QGuiApplication::platformName() == QLatin1String("xcb")) {
+        move = [q] { startKeyboardMoveResize(q, true); };
+        size = [q] { startKeyboardMoveResize(q, false); };
+    }
+    auto* menu = new ZVUIFramework::CWindowMenu(q, move, size);
+    menu->setAttribute(Qt::WA_DeleteOnClose);
+    menu->popup(globalPos);
 }
 
 void ZVCoreWindowPrivate::setCompositing(bool compositing)
@@ -322,6 +470,12 @@ bool ZVCoreWindowPrivate::handleFrameMouse(QMouseEvent* event)
     switch (event->type()) {
     case QEvent::MouseButtonPress: {
         m_drag = Drag::None;
+        if (event->button() == Qt::RightButton && event->buttons() == Qt::RightButton
+            && hitTestAt(global) == ZVUIFramework::kHitCaption) {
+            // The window menu, as a right click on a system frame's caption gives it.
+            showWindowMenu(global.toPoint());
+            return true;
+        }
         if (event->button() != Qt::LeftButton || event->buttons() != Qt::LeftButton)
             return false;
         const long code = hitTestAt(global);

@@ -150,6 +150,29 @@ void ZVMainWindowTitle::buildForm()
     setPalette(pal);
     setAutoFillBackground(true);
     setFixedHeight(45);
+    retranslateAccessibility();
+}
+
+void ZVMainWindowTitle::retranslateAccessibility()
+{
+    const bool maximised = m_btnMax->property(kMaxedProperty).toBool();
+    const struct
+    {
+        QPushButton* button;
+        QString name;
+        QString description;
+    } buttons[] = {
+        {m_btnFeedback, tr("Feedback"), tr("Sends feedback to the makers")},
+        {m_btnMenu, tr("Menu"), tr("Opens the menu")},
+        {m_btnMin, tr("Minimise"), tr("Minimises the window")},
+        {m_btnMax, maximised ? tr("Restore") : tr("Maximise"),
+         maximised ? tr("Restores the window to its size") : tr("Maximises the window")},
+        {m_btnClose, tr("Close"), tr("Closes the window")},
+    };
+    for (const auto& b : buttons) {
+        b.button->setAccessibleName(b.name);
+        b.button->setAccessibleDescription(b.description);
+    }
 }
 
 void ZVMainWindowTitle::init()
@@ -207,6 +230,7 @@ void ZVMainWindowTitle::updateMaxButton()
 
     const bool maximised = g_mainWindow && g_mainWindow->windowState().testFlag(Qt::WindowMaximized);
     m_btnMax->setProperty(kMaxedProperty, maximised);
+    retranslateAccessibility();
     // Style-sheet rules keyed on a dynamic property are matched at polish time only.
     m_btnMax->style()->unpolish(m_btnMax);
     m_btnMax->style()->polish(m_btnMax);
@@ -305,6 +329,8 @@ void ZVMainWindowTitle::changeEvent(QEvent* event)
 {
     // The base class is left out on purpose: the title needs no repaint or relayout for
     // any change event, and re-translating is all a language change asks for.
-    if (event && event->type() == QEvent::LanguageChange)
+    if (event && event->type() == QEvent::LanguageChange) {
         m_btnFeedback->setToolTip(tr("Feedback"));
+        retranslateAccessibility();
+    }
 }

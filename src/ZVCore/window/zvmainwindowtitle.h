@@ -64,6 +64,9 @@ protected:
     void changeEvent(QEvent* event) override;
 
 private:
+    // The buttons' accessible names and descriptions, in the current language: what a
+    // screen reader announces for buttons that show only a picture.
+    void retranslateAccessibility();
     void buildForm();
     void initUi();
     void initConnect();

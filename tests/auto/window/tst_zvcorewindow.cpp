@@ -9,6 +9,7 @@
 #include <ZVCore/private/CControlModule>
 #include <ZVCore/private/CMenuView>
 #include <ZVCore/private/CShadowWindowQt>
+#include <ZVCore/private/CWindowMenu>
 #include <ZVCore/private/RenderShadow>
 #include <ZVCore/private/ZVMainWindowTitle>
 
@@ -211,6 +212,8 @@ private slots:
     void menuBarThroughQMainWindow();
     void setMenuBarAndMenuWidget();
     void menuBarMnemonicOpensTheMenu();
+    void windowMenuEntriesFollowTheState();
+    void windowMenuOpensFromTheTitleAndAltSpace();
     void twoWindowsOpenAndCloseInAnyOrder_data();
     void twoWindowsOpenAndCloseInAnyOrder();
     void hitTestOnAScaledScreen();
@@ -759,6 +762,106 @@ void tst_ZVCoreWindow::menuBarMnemonicOpensTheMenu()
     QTest::keyClick(file, Qt::Key_Right);
     QTRY_VERIFY(QApplication::activePopupWidget() && QApplication::activePopupWidget() != file);
     QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_Escape);
+}
+
+void tst_ZVCoreWindow::windowMenuEntriesFollowTheState()
+{
+    using ZVUIFramework::CWindowMenu;
+    auto window = hostWindow();
+    QVERIFY(window);
+    window->SetResizeable(true);
+    int moves = 0;
+    int sizes = 0;
+    const auto menuFor = [&](bool withHooks) {
+        return std::make_unique<CWindowMenu>(window.get(), withHooks ? std::function<void()>([&] { ++moves; }) : nullptr,
+                                             withHooks ? std::function<void()>([&] { ++sizes; }) : nullptr);
+    };
+    const auto enabled = [](const CWindowMenu& menu) {
+        QString states;
+        for (int e = 0; e < CWindowMenu::EntryCount; ++e)
+            states += menu.action(CWindowMenu::Entry(e))->isEnabled() ? QLatin1Char('1') : QLatin1Char('0');
+        return states;
+    };
+    {
+        auto menu = menuFor(true);
+        QStringList texts;
+        for (int e = 0; e < CWindowMenu::EntryCount; ++e)
+            texts << menu->action(CWindowMenu::Entry(e))->text();
+        QCOMPARE(texts, (QStringList{QStringLiteral("&Restore"), QStringLiteral("&Move"), QStringLiteral("&Size"),
+                                     QStringLiteral("Mi&nimise"), QStringLiteral("Ma&ximise"), QStringLiteral("&Close")}));
+        // Normal: everything but Restore. Restore, Move, Size, Minimise, Maximise, Close.
+        QCOMPARE(enabled(*menu), QStringLiteral("011111"));
+        menu->action(CWindowMenu::Move)->trigger();
+        menu->action(CWindowMenu::Size)->trigger();
+        QCOMPARE(moves, 1);
+        QCOMPARE(sizes, 1);
+    }
+    // Where the window system takes no keyboard move or resize, neither is offered.
+    QCOMPARE(enabled(*menuFor(false)), QStringLiteral("000111"));
+
+    window->showMaximized();
+    QTRY_VERIFY(window->isMaximized());
+    QCOMPARE(enabled(*menuFor(true)), QStringLiteral("100101"));
+    menuFor(true)->action(CWindowMenu::Restore)->trigger();
+    QTRY_VERIFY(!window->isMaximized());
+
+    // A window of one size cannot be sized or maximised.
+    window->setFixedSize(kWindowRect.size());
+    QCOMPARE(enabled(*menuFor(true)), QStringLiteral("010101"));
+    // Nor one whose maximise button is hidden.
+    window->setMinimumSize(100, 100);
+    window->setMaximumSize(QWIDGETSIZE_MAX, QWIDGETSIZE_MAX);
+    window->SetButtonMaximizedHide(true);
+    QCOMPARE(enabled(*menuFor(true)), QStringLiteral("011101"));
+
+    menuFor(true)->action(CWindowMenu::Minimise)->trigger();
+    QTRY_VERIFY(window->isMinimized());
+    window->showNormal();
+    QTRY_VERIFY(!window->isMinimized());
+    QPointer<HostWindow> guard = window.get();
+    menuFor(true)->action(CWindowMenu::Close)->trigger();
+    QTRY_VERIFY(!window->isVisible());
+}
+
+void tst_ZVCoreWindow::windowMenuOpensFromTheTitleAndAltSpace()
+{
+    using ZVUIFramework::CWindowMenu;
+    auto window = hostWindow();
+    QVERIFY(window);
+    window->activateWindow();
+    QVERIFY(QTest::qWaitForWindowActive(window.get()));
+    QWidget* title = window->GetTitleWidget();
+    const QPoint empty = title->mapFromGlobal(emptyTitlePoint(window.get()));
+
+    // Alt+Space, below the title's left end.
+    QTest::keyClick(window.get(), Qt::Key_Space, Qt::AltModifier);
+    QTRY_VERIFY(qobject_cast<CWindowMenu*>(QApplication::activePopupWidget()));
+    QWidget* popup = QApplication::activePopupWidget();
+    QCOMPARE(popup->pos(), title->mapToGlobal(QPoint(0, title->height())));
+    QTest::keyClick(popup, Qt::Key_Escape);
+    QTRY_VERIFY(!QApplication::activePopupWidget());
+
+    // A right click on the empty title.
+    QTest::mousePress(title, Qt::RightButton, Qt::NoModifier, empty);
+    QTRY_VERIFY(qobject_cast<CWindowMenu*>(QApplication::activePopupWidget()));
+    popup = QApplication::activePopupWidget();
+    QCOMPARE(popup->pos(), title->mapToGlobal(empty));
+    QTest::keyClick(popup, Qt::Key_Escape);
+    QTRY_VERIFY(!QApplication::activePopupWidget());
+    QTest::mouseRelease(title, Qt::RightButton, Qt::NoModifier, empty);
+
+    // Not on a title button: that keeps its own clicks.
+    auto* close = title->findChild<QPushButton*>(QStringLiteral("btn_close"));
+    QTest::mousePress(close, Qt::RightButton);
+    QCoreApplication::processEvents();
+    QVERIFY(!QApplication::activePopupWidget());
+    QTest::mouseRelease(close, Qt::RightButton);
+
+    // Keyboard all the way: the mnemonic of Minimise.
+    QTest::mousePress(title, Qt::RightButton, Qt::NoModifier, empty);
+    QTRY_VERIFY(qobject_cast<CWindowMenu*>(QApplication::activePopupWidget()));
+    QTest::keyClick(QApplication::activePopupWidget(), Qt::Key_N); // Mi&nimise
+    QTRY_VERIFY(window->isMinimized());
 }
 
 int shadowWindowCount()

@@ -14,6 +14,7 @@
 
 #include <QtCore/QTimer>
 #include <QtCore/QTranslator>
+#include <QtGui/QAccessible>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
 #include <QtWidgets/QBoxLayout>
@@ -237,6 +238,7 @@ private slots:
     void feedbackToolTipTranslatedInItsOwnContext_data();
     void feedbackToolTipTranslatedInItsOwnContext();
     void languageChangeLeavesEverythingElse();
+    void buttonsHaveAccessibleNames();
     void changeEventLeavesTheBaseClassOut();
 
     // in a product folder of its own
@@ -1225,6 +1227,56 @@ void tst_ZVMainWindowTitle::feedbackProgramStarted()
     // Not the context's own launcher, whose line has a blank before the arrow.
     for (const QString& logged : run.log)
         QVERIFY2(!logged.startsWith(QLatin1String("ZVCore: Start FeedBack ->")), qPrintable(logged));
+}
+
+void tst_ZVMainWindowTitle::buttonsHaveAccessibleNames()
+{
+    // What an assistive technology reads for buttons that show only a picture: a push
+    // button's role, a name and a description, in the current language.
+    Frame frame;
+    QVERIFY(frame.show());
+    struct Expected
+    {
+        const char* object;
+        const char* english;
+        const char* german;
+    };
+    const Expected buttons[] = {{"btn_feedback", "Feedback", "Feedback"},
+                                {"btn_menu", "Menu", "Men\u00fc"},
+                                {"btn_min", "Minimise", "Minimieren"},
+                                {"btn_max", "Maximise", "Maximieren"},
+                                {"btn_close", "Close", "Schlie\u00dfen"}};
+    const auto check = [&](bool german) {
+        for (const Expected& e : buttons) {
+            QPushButton* button = frame.button(QLatin1String(e.object));
+            QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(button);
+            QVERIFY(accessible);
+            QCOMPARE(accessible->role(), QAccessible::Button);
+            QCOMPARE(accessible->text(QAccessible::Name), QString::fromUtf8(german ? e.german : e.english));
+            QVERIFY2(!accessible->text(QAccessible::Description).isEmpty(), e.object);
+            QVERIFY(accessible->actionInterface());
+            QVERIFY(accessible->actionInterface()->actionNames().contains(QAccessibleActionInterface::pressAction()));
+        }
+    };
+    check(false);
+    QCOMPARE(frame.button(QStringLiteral("btn_close"))->accessibleDescription(), QStringLiteral("Closes the window"));
+
+    // Maximised, the maximise button restores.
+    frame.window->showMaximized();
+    QTRY_COMPARE(frame.button(QStringLiteral("btn_max"))->accessibleName(), QStringLiteral("Restore"));
+    frame.window->showNormal();
+    QTRY_COMPARE(frame.button(QStringLiteral("btn_max"))->accessibleName(), QStringLiteral("Maximise"));
+
+    // The frame's German catalogue: the names follow the language change.
+    QTranslator german;
+    QVERIFY(german.load(QStringLiteral(ZV_QM_DIR "/ZVCore_German.qm")));
+    QVERIFY(QCoreApplication::installTranslator(&german));
+    QCoreApplication::processEvents();
+    check(true);
+    QCOMPARE(frame.button(QStringLiteral("btn_close"))->accessibleDescription(), QStringLiteral("Schlie\u00dft das Fenster"));
+    QCoreApplication::removeTranslator(&german);
+    QCoreApplication::processEvents();
+    check(false);
 }
 
 QTEST_MAIN(tst_ZVMainWindowTitle)
