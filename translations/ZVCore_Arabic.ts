@@ -121,4 +121,31 @@
         <translation>إ&amp;غلاق</translation>
     </message>
 </context>
+<context>
+    <name>ZVDialogTitleBar</name>
+    <message>
+        <source>Close</source>
+        <translation>إغلاق</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>يغلق النافذة</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>تصغير</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>يصغّر النافذة</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>تكبير</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>يكبّر النافذة</translation>
+    </message>
+</context>
 </TS>

@@ -121,4 +121,31 @@
         <translation>关闭(&amp;C)</translation>
     </message>
 </context>
+<context>
+    <name>ZVDialogTitleBar</name>
+    <message>
+        <source>Close</source>
+        <translation>关闭</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>关闭窗口</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>最小化</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>最小化窗口</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>最大化</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>最大化窗口</translation>
+    </message>
+</context>
 </TS>

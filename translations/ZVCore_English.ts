@@ -121,4 +121,31 @@
         <translation>&amp;Close</translation>
     </message>
 </context>
+<context>
+    <name>ZVDialogTitleBar</name>
+    <message>
+        <source>Close</source>
+        <translation>Close</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>Closes the window</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>Minimise</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>Minimises the window</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>Maximise</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>Maximises the window</translation>
+    </message>
+</context>
 </TS>

@@ -121,4 +121,31 @@
         <translation>&amp;Fermer</translation>
     </message>
 </context>
+<context>
+    <name>ZVDialogTitleBar</name>
+    <message>
+        <source>Close</source>
+        <translation>Fermer</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>Ferme la fenêtre</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>Réduire</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>Réduit la fenêtre</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>Agrandir</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>Agrandit la fenêtre</translation>
+    </message>
+</context>
 </TS>

@@ -121,4 +121,31 @@
         <translation>&amp;Schließen</translation>
     </message>
 </context>
+<context>
+    <name>ZVDialogTitleBar</name>
+    <message>
+        <source>Close</source>
+        <translation>Schließen</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>Schließt das Fenster</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>Minimieren</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>Minimiert das Fenster</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>Maximieren</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>Maximiert das Fenster</translation>
+    </message>
+</context>
 </TS>

@@ -121,4 +121,31 @@
         <translation>閉じる(&amp;C)</translation>
     </message>
 </context>
+<context>
+    <name>ZVDialogTitleBar</name>
+    <message>
+        <source>Close</source>
+        <translation>閉じる</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>ウィンドウを閉じます</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>最小化</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>ウィンドウを最小化します</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>最大化</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>ウィンドウを最大化します</translation>
+    </message>
+</context>
 </TS>

@@ -121,4 +121,31 @@
         <translation>닫기(&amp;C)</translation>
     </message>
 </context>
+<context>
+    <name>ZVDialogTitleBar</name>
+    <message>
+        <source>Close</source>
+        <translation>닫기</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>창을 닫습니다</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>최소화</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>창을 최소화합니다</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>최대화</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>창을 최대화합니다</translation>
+    </message>
+</context>
 </TS>

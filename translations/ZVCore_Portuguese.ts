@@ -121,4 +121,31 @@
         <translation>&amp;Fechar</translation>
     </message>
 </context>
+<context>
+    <name>ZVDialogTitleBar</name>
+    <message>
+        <source>Close</source>
+        <translation>Fechar</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>Fecha a janela</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>Minimizar</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>Minimiza a janela</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>Maximizar</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>Maximiza a janela</translation>
+    </message>
+</context>
 </TS>

@@ -121,4 +121,31 @@
         <translation>&amp;Закрыть</translation>
     </message>
 </context>
+<context>
+    <name>ZVDialogTitleBar</name>
+    <message>
+        <source>Close</source>
+        <translation>Закрыть</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>Закрывает окно</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>Свернуть</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>Сворачивает окно</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>Развернуть</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>Разворачивает окно</translation>
+    </message>
+</context>
 </TS>

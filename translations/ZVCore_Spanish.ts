@@ -121,4 +121,31 @@
         <translation>&amp;Cerrar</translation>
     </message>
 </context>
+<context>
+    <name>ZVDialogTitleBar</name>
+    <message>
+        <source>Close</source>
+        <translation>Cerrar</translation>
+    </message>
+    <message>
+        <source>Closes the window</source>
+        <translation>Cierra la ventana</translation>
+    </message>
+    <message>
+        <source>Minimise</source>
+        <translation>Minimizar</translation>
+    </message>
+    <message>
+        <source>Minimises the window</source>
+        <translation>Minimiza la ventana</translation>
+    </message>
+    <message>
+        <source>Maximise</source>
+        <translation>Maximizar</translation>
+    </message>
+    <message>
+        <source>Maximises the window</source>
+        <translation>Maximiza la ventana</translation>
+    </message>
+</context>
 </TS>

@@ -1,5 +1,6 @@
 #include <ZVControl/ZVDialogTitleBar>
 
+#include <QtCore/QEvent>
 #include <QtWidgets/QHBoxLayout>
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QPushButton>
@@ -45,6 +46,26 @@ ZVDialogTitleBar::ZVDialogTitleBar(bool windowButtons, QWidget* parent)
 
     if (windowButtons)
         setWindowButtonsVisible(true);
+    retranslate();
+}
+
+void ZVDialogTitleBar::changeEvent(QEvent* event)
+{
+    if (event->type() == QEvent::LanguageChange)
+        retranslate();
+    ZVStyleWidget::changeEvent(event);
+}
+
+void ZVDialogTitleBar::retranslate()
+{
+    m_close->setAccessibleName(tr("Close"));
+    m_close->setAccessibleDescription(tr("Closes the window"));
+    if (m_min) {
+        m_min->setAccessibleName(tr("Minimise"));
+        m_min->setAccessibleDescription(tr("Minimises the window"));
+        m_max->setAccessibleName(tr("Maximise"));
+        m_max->setAccessibleDescription(tr("Maximises the window"));
+    }
 }
 
 ZVDialogTitleBar::~ZVDialogTitleBar() = default;
@@ -89,6 +110,7 @@ void ZVDialogTitleBar::createWindowButtons()
     const int closeAt = m_layout->indexOf(m_close);
     m_layout->insertWidget(closeAt, m_max);
     m_layout->insertWidget(closeAt, m_min);
+    retranslate();
 }
 
 void ZVDialogTitleBar::setWindowButtonsVisible(bool visible)

@@ -65,8 +65,14 @@ Q_SIGNALS:
     void minimizeClicked();
     void maximizeClicked();
 
+protected:
+    void changeEvent(QEvent* event) override;
+
 private:
     void createWindowButtons();
+    // The buttons' accessible names and descriptions in the current language (the
+    // frame's catalogue carries them): the buttons show only pictures.
+    void retranslate();
 
     QHBoxLayout* m_layout = nullptr;
     QLabel* m_title = nullptr;

@@ -1,4 +1,5 @@
-// The texts the frame's own widgets show, each in the translation context of the class
+// The texts the frame's own widgets show (the dialog title bar of ZVControl among them,
+// whose texts the frame's catalogue carries), each in the translation context of the class
 // that shows it. They are listed here so that lupdate finds every one of them, also
 // those a widget builds from parts, and so that every language file carries them all.
 #include <QtCore/QtGlobal>
@@ -14,6 +15,12 @@ struct FrameText
 
 [[maybe_unused]] const FrameText kFrameTexts[] = {
     {"ZVMainWindowTitle", QT_TRANSLATE_NOOP("ZVMainWindowTitle", "Feedback")},
+    {"ZVDialogTitleBar", QT_TRANSLATE_NOOP("ZVDialogTitleBar", "Close")},
+    {"ZVDialogTitleBar", QT_TRANSLATE_NOOP("ZVDialogTitleBar", "Closes the window")},
+    {"ZVDialogTitleBar", QT_TRANSLATE_NOOP("ZVDialogTitleBar", "Minimise")},
+    {"ZVDialogTitleBar", QT_TRANSLATE_NOOP("ZVDialogTitleBar", "Minimises the window")},
+    {"ZVDialogTitleBar", QT_TRANSLATE_NOOP("ZVDialogTitleBar", "Maximise")},
+    {"ZVDialogTitleBar", QT_TRANSLATE_NOOP("ZVDialogTitleBar", "Maximises the window")},
     {"ZVMainWindowTitle", QT_TRANSLATE_NOOP("ZVMainWindowTitle", "Menu")},
     {"ZVMainWindowTitle", QT_TRANSLATE_NOOP("ZVMainWindowTitle", "Minimise")},
     {"ZVMainWindowTitle", QT_TRANSLATE_NOOP("ZVMainWindowTitle", "Maximise")},

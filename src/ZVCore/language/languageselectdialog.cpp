@@ -104,6 +104,8 @@ LanguageSelectDialog::LanguageSelectDialog(QWidget* parent)
     buttonRow->addItem(new QSpacerItem(40, 20, QSizePolicy::Expanding, QSizePolicy::Minimum));
     m_cancel = makeButton(QStringLiteral("Core_language_cancel"), m_background);
     m_ok = makeButton(QStringLiteral("Core_language_ok"), m_background);
+    // Enter applies the choice; Esc closes the dialog, as for any QDialog.
+    m_ok->setDefault(true);
     buttonRow->addWidget(m_cancel);
     buttonRow->addWidget(m_ok);
     content->addLayout(buttonRow);

@@ -2,6 +2,8 @@
 #include <ZVControl/ZVDialogTitleBar>
 #include <ZVControl/ZVStyleDialog>
 
+#include <QtCore/QTranslator>
+#include <QtGui/QAccessible>
 #include <QtGui/QMouseEvent>
 #include <QtTest/QtTest>
 #include <QtWidgets/QApplication>
@@ -39,6 +41,7 @@ class tst_ZVDialogTitleBar : public QObject
     Q_OBJECT
 
 private slots:
+    void buttonsHaveAccessibleNames();
     void titleAndCloseButtonByDefault()
     {
         ZVDialogTitleBar bar;
@@ -265,6 +268,59 @@ private slots:
         QVERIFY(buttonsHidden);
     }
 };
+
+namespace {
+
+// German for the bar's texts, as the frame's catalogue has them.
+class GermanBar : public QTranslator
+{
+public:
+    bool isEmpty() const override { return false; }
+    QString translate(const char* context, const char* source, const char*, int) const override
+    {
+        if (qstrcmp(context, "ZVDialogTitleBar") != 0)
+            return QString();
+        if (qstrcmp(source, "Close") == 0)
+            return QStringLiteral("Schlie\u00dfen");
+        if (qstrcmp(source, "Minimise") == 0)
+            return QStringLiteral("Minimieren");
+        return QString();
+    }
+};
+
+} // namespace
+
+void tst_ZVDialogTitleBar::buttonsHaveAccessibleNames()
+{
+    // Picture-only buttons: push buttons with a name and a description for assistive
+    // technologies, out of the Tab chain of the dialog, in the current language.
+    ZVDialogTitleBar bar(true);
+    bar.show();
+    const struct
+    {
+        QPushButton* button;
+        const char* name;
+    } buttons[] = {{bar.closeButton(), "Close"}, {bar.minimizeButton(), "Minimise"}, {bar.maximizeButton(), "Maximise"}};
+    for (const auto& b : buttons) {
+        QVERIFY(b.button);
+        QAccessibleInterface* accessible = QAccessible::queryAccessibleInterface(b.button);
+        QVERIFY(accessible);
+        QCOMPARE(accessible->role(), QAccessible::Button);
+        QCOMPARE(accessible->text(QAccessible::Name), QLatin1String(b.name));
+        QVERIFY(!accessible->text(QAccessible::Description).isEmpty());
+        QCOMPARE(b.button->focusPolicy(), Qt::NoFocus);
+    }
+    QCOMPARE(bar.closeButton()->accessibleDescription(), QStringLiteral("Closes the window"));
+
+    GermanBar german;
+    QVERIFY(QCoreApplication::installTranslator(&german));
+    QCoreApplication::processEvents();
+    QCOMPARE(bar.closeButton()->accessibleName(), QStringLiteral("Schlie\u00dfen"));
+    QCOMPARE(bar.minimizeButton()->accessibleName(), QStringLiteral("Minimieren"));
+    QCoreApplication::removeTranslator(&german);
+    QCoreApplication::processEvents();
+    QCOMPARE(bar.closeButton()->accessibleName(), QStringLiteral("Close"));
+}
 
 QTEST_MAIN(tst_ZVDialogTitleBar)
 #include "tst_zvdialogtitlebar.moc"

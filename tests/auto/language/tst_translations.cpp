@@ -34,6 +34,12 @@ struct Message
 // The texts of src/ZVCore/language/frametexts.cpp.
 const Message kMessages[] = {
     {"ZVMainWindowTitle", "Feedback"},
+    {"ZVDialogTitleBar", "Close"},
+    {"ZVDialogTitleBar", "Closes the window"},
+    {"ZVDialogTitleBar", "Minimise"},
+    {"ZVDialogTitleBar", "Minimises the window"},
+    {"ZVDialogTitleBar", "Maximise"},
+    {"ZVDialogTitleBar", "Maximises the window"},
     {"ZVMainWindowTitle", "Menu"},
     {"ZVMainWindowTitle", "Minimise"},
     {"ZVMainWindowTitle", "Maximise"},
