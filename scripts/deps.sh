@@ -80,6 +80,9 @@ ZV_TEST_PACKAGES=(
     xvfb xauth util-linux lldb
     # The display lane: window manager, compositor, input, window queries, screenshots.
     openbox xcompmgr xdotool x11-utils imagemagick x11-xserver-utils
+    # The display lane's accessibility check: a private D-Bus session, the AT-SPI bus
+    # and registry, and the Python bindings a screen reader reads them with.
+    at-spi2-core dbus dbus-bin python3-pyatspi
     # The windows lane: the MinGW-w64 cross compiler and a 64-bit-only Wine.
     g++-mingw-w64-x86-64-posix wine wine64
 )
