@@ -2,6 +2,8 @@
 
 #include "zvstylewidget_p.h"
 
+#include <ZVFoundation/private/ZVQtCompat>
+
 #include <QtGui/QGuiApplication>
 #include <QtGui/QMouseEvent>
 #include <QtGui/QPainter>
@@ -89,7 +91,7 @@ void ZVStyleWidget::mousePressEvent(QMouseEvent* event)
         return;
     }
 
-    d->pressOffset = event->globalPos() - window->frameGeometry().topLeft();
+    d->pressOffset = ZVQtCompat::GlobalPosition(event).toPoint() - window->frameGeometry().topLeft();
     d->dragging = true;
     // Accepted so that the moves and the release of this press come back here.
     event->accept();
@@ -113,7 +115,7 @@ void ZVStyleWidget::mouseMoveEvent(QMouseEvent* event)
     }
     if (isPinned(window))
         return;
-    window->move(event->globalPos() - d->pressOffset);
+    window->move(ZVQtCompat::GlobalPosition(event).toPoint() - d->pressOffset);
 }
 
 void ZVStyleWidget::mouseReleaseEvent(QMouseEvent* event)

@@ -21,6 +21,9 @@
 #include <QtCore/QStringList>
 #include <QtCore/QVariant>
 #include <QtCore/QtGlobal>
+#ifdef QT_GUI_LIB
+#include <QtGui/QMouseEvent>
+#endif
 
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
 #include <QtCore/QStringConverter>
@@ -72,16 +75,33 @@ inline int FontWeight(int qt5Weight)
 #endif
 }
 
+#ifdef QT_GUI_LIB
+// The global position of a mouse event, in logical pixels (QMouseEvent::screenPos() in
+// Qt 5, globalPosition() in Qt 6).
+inline QPointF GlobalPosition(const QMouseEvent* event)
+{
+#if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
+    return event->globalPosition();
+#else
+    return event->screenPos();
+#endif
+}
+#endif
+
 // Sets one of Qt 5's high-DPI attributes (AA_EnableHighDpiScaling, AA_UseHighDpiPixmaps).
 // Qt 6 scales and uses high-DPI pixmaps always and deprecates both; they are still set,
 // so that testAttribute() answers on Qt 6 as on Qt 5.
 inline void SetHighDpiAttribute(Qt::ApplicationAttribute attribute)
 {
-    QT_WARNING_PUSH
-    QT_WARNING_DISABLE_DEPRECATED
     QCoreApplication::setAttribute(attribute);
-    QT_WARNING_POP
 }
+
+QT_WARNING_PUSH
+QT_WARNING_DISABLE_DEPRECATED
+// The two attributes by name; naming them is what Qt 6 warns about.
+constexpr Qt::ApplicationAttribute kEnableHighDpiScaling = Qt::AA_EnableHighDpiScaling;
+constexpr Qt::ApplicationAttribute kUseHighDpiPixmaps = Qt::AA_UseHighDpiPixmaps;
+QT_WARNING_POP
 
 // A list of strings as Qt 5's debug stream writes it, ("a", "b"), for log lines whose
 // text is fixed; Qt 6's stream writes QList("a", "b").

@@ -408,8 +408,8 @@ void ZVApplicationInfo::EnableHighDPISupport(const QMap<QString, QVariant>& opti
     ScreenMetrics metrics{};
     if (!Platform::ReadScreenMetrics(metrics)) {
         // Nothing to measure (no X11 screen, or a platform without one): Qt scales.
-        ZVQtCompat::SetHighDpiAttribute(Qt::AA_EnableHighDpiScaling);
-        ZVQtCompat::SetHighDpiAttribute(Qt::AA_UseHighDpiPixmaps);
+        ZVQtCompat::SetHighDpiAttribute(ZVQtCompat::kEnableHighDpiScaling);
+        ZVQtCompat::SetHighDpiAttribute(ZVQtCompat::kUseHighDpiPixmaps);
         return;
     }
 
@@ -417,7 +417,7 @@ void ZVApplicationInfo::EnableHighDPISupport(const QMap<QString, QVariant>& opti
     for (const std::string& line : plan.log)
         qDebug().noquote() << QString::fromStdString(line);
     if (plan.enableQtScaling)
-        ZVQtCompat::SetHighDpiAttribute(Qt::AA_EnableHighDpiScaling);
+        ZVQtCompat::SetHighDpiAttribute(ZVQtCompat::kEnableHighDpiScaling);
     if (plan.setScaleFactor) {
         qputenv("QT_SCALE_FACTOR", QByteArray::fromStdString(plan.scaleFactor));
 #if QT_VERSION >= QT_VERSION_CHECK(6, 0, 0)
@@ -443,7 +443,7 @@ void ZVApplicationInfo::EnableHighDPISupport(const QMap<QString, QVariant>& opti
     }
     if (plan.deleteFactorFile && !written && QFileInfo::exists(factorFile))
         QFile::remove(factorFile);
-    ZVQtCompat::SetHighDpiAttribute(Qt::AA_UseHighDpiPixmaps);
+    ZVQtCompat::SetHighDpiAttribute(ZVQtCompat::kUseHighDpiPixmaps);
 }
 
 void ZVApplicationInfo::InitCrashHandle()

@@ -174,7 +174,7 @@ void CCommonModule::ReplaceTranslator(QTranslator*& slot, const QString& file)
     }
     slot = new QTranslator;
     // A file that does not load leaves an empty translator in its role.
-    slot->load(file);
+    (void)slot->load(file);
     QCoreApplication::installTranslator(slot);
 }
 

@@ -465,7 +465,7 @@ bool ZVCoreWindowPrivate::handOverMove(const QPointF& globalPos)
 bool ZVCoreWindowPrivate::handleFrameMouse(QMouseEvent* event)
 {
     Q_Q(ZVCoreWindow);
-    const QPointF global = event->screenPos();
+    const QPointF global = ZVQtCompat::GlobalPosition(event);
 
     switch (event->type()) {
     case QEvent::MouseButtonPress: {
