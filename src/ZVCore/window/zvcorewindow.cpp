@@ -158,10 +158,22 @@ bool ZVCoreWindow::event(QEvent* event)
     case QEvent::Resize:
     case QEvent::Show:
     case QEvent::UpdateRequest:
-    case QEvent::Paint:
         if (d->m_top)
             d->m_top->returnToSlot();
         break;
+    case QEvent::Paint: {
+        if (d->m_top)
+            d->m_top->returnToSlot();
+        if (!d->m_qtBasedShadow)
+            break;
+        // QMainWindow paints the separators between dock widgets and the centre before
+        // it calls paintEvent(); the frame goes under them, not over them.
+        d->paintBackground();
+        d->m_framePainted = true;
+        const bool handled = QMainWindow::event(event);
+        d->m_framePainted = false;
+        return handled;
+    }
     default:
         break;
     }
@@ -365,13 +377,22 @@ void ZVCoreWindow::paintEvent(QPaintEvent* event)
         QWidget::paintEvent(event);
         return;
     }
-    QPainter painter(this);
-    if (!d->m_compositing) {
+    // Painted already, under the dock separators (see event()).
+    if (d->m_framePainted)
+        return;
+    d->paintBackground();
+}
+
+void ZVCoreWindowPrivate::paintBackground()
+{
+    Q_Q(ZVCoreWindow);
+    QPainter painter(q);
+    if (!m_compositing) {
         // Nothing would blend a transparent pixel: no margin, no rings, no round corners.
-        painter.fillRect(rect(), Qt::white);
+        painter.fillRect(q->rect(), Qt::white);
         return;
     }
-    d->paintFrame(painter, applicationProperty("dlgRadius").toInt());
+    paintFrame(painter, applicationProperty("dlgRadius").toInt());
 }
 
 void ZVCoreWindowPrivate::drawFrame(QPainter& painter, const QSize& size, int radius)

@@ -157,6 +157,11 @@ public:
     // edge bands are kept as images (some 200 kB for a 1000 x 680 window) and later
     // paints copy them and fill the inside.
     void paintFrame(QPainter& painter, int radius);
+    // The window's own background in Qt-painted mode: the frame, or plain white where
+    // nothing blends.
+    void paintBackground();
+    // Set while the background is painted already for the paint event under way.
+    bool m_framePainted = false;
     static void drawFrame(QPainter& painter, const QSize& size, int radius);
     struct FrameBands
     {
