@@ -1,12 +1,15 @@
 // Sample Notes: a small plain-text editor built on the frame.
 //
-//   zvcore-editor [--skin light|dark] [--language <Name>] [<file>]
+//   zvcore-editor [--skin light|dark] [--language <Name>] [--report] [<file>]
 //   zvcore-editor --screenshot <picture.png> [--skin ...] [--language ...] [<file>]
 //
 // --screenshot shows the main window offscreen, writes it to the picture and exits: 0 when
 // the picture was written and the file (if any) opened, 1 otherwise; errors go to
 // standard error. --language forces a language for this run (the application property
 // "ForceLanguage"); without it the frame uses the saved choice, else the system's.
+// --report prints, once the window is on screen, its native id and where its parts lie,
+// one line each ("winid <id>", "widget <name> <x> <y> <width> <height>" in the window's
+// coordinates, then "ready"), for the tests that drive it on a real display.
 #include "mainwindow.h"
 
 #include <ZVCore/ZVApplicationInfo>
@@ -21,13 +24,37 @@
 #include <QtGui/QPalette>
 #include <QtGui/QPixmap>
 #include <QtWidgets/QApplication>
+#include <QtWidgets/QDockWidget>
+#include <QtWidgets/QMenuBar>
+#include <QtWidgets/QStatusBar>
 #include <QtWidgets/QStyleFactory>
+#include <QtWidgets/QToolBar>
 
 #include <cstring>
 
 using ZVUIFramework::ZVApplicationInfo;
 
 namespace {
+
+// The window's id and its parts, for --report.
+void reportLayout(MainWindow& window)
+{
+    QTextStream out(stdout);
+    out << "winid " << window.winId() << '\n';
+    const auto line = [&](const QString& name, const QWidget* widget) {
+        if (!widget || !widget->isVisible())
+            return;
+        const QRect r(widget->mapTo(&window, QPoint(0, 0)), widget->size());
+        out << "widget " << name << ' ' << r.x() << ' ' << r.y() << ' ' << r.width() << ' ' << r.height() << '\n';
+    };
+    line(QStringLiteral("title"), window.GetTitleWidget());
+    line(QStringLiteral("menubar"), window.menuBar());
+    for (const char* name : {"fileToolBar", "editToolBar", "outlineDock", "statsDock", "editor"})
+        line(QLatin1String(name), window.findChild<QWidget*>(QLatin1String(name)));
+    line(QStringLiteral("statusbar"), window.statusBar());
+    out << "ready\n";
+    out.flush();
+}
 
 bool hasOption(int argc, char** argv, const char* name)
 {
@@ -146,7 +173,9 @@ int main(int argc, char** argv)
         QStringLiteral("Uses the language <name> (English, German, Arabic)."), QStringLiteral("name"));
     const QCommandLineOption skinOption(QStringLiteral("skin"),
         QStringLiteral("Uses the skin <name>: light or dark."), QStringLiteral("name"), QStringLiteral("light"));
-    parser.addOptions({screenshotOption, languageOption, skinOption});
+    const QCommandLineOption reportOption(QStringLiteral("report"),
+        QStringLiteral("Prints the window's id and where its parts lie once it is shown."));
+    parser.addOptions({screenshotOption, languageOption, skinOption, reportOption});
     parser.addPositionalArgument(QStringLiteral("file"), QStringLiteral("The document to open."), QStringLiteral("[file]"));
     parser.process(app);
 
@@ -193,6 +222,8 @@ int main(int argc, char** argv)
         // Opened once the window is up, so that an error box has the window to sit on.
         if (!document.isEmpty())
             QTimer::singleShot(0, &window, [&window, document] { window.openFile(document); });
+        if (parser.isSet(reportOption))
+            QTimer::singleShot(500, &window, [&window] { reportLayout(window); });
         return app.exec();
     }
 

@@ -56,7 +56,7 @@ if(MODE STREQUAL "othermajor")
     return()
 endif()
 
-if(MODE STREQUAL "demo")
+if(MODE STREQUAL "demo" OR MODE STREQUAL "editor")
     # The staged install is made by package.install.
     if(NOT EXISTS "${STAGE}/lib/cmake/ZVCore/ZVCoreConfig.cmake" AND NOT EXISTS "${STAGE}/lib64/cmake/ZVCore/ZVCoreConfig.cmake")
         message(FATAL_ERROR "no staged install in ${STAGE}")
@@ -85,6 +85,26 @@ endif()
 run("${CMAKE_COMMAND}" -S "${CONSUMER_SOURCE}" -B "${CONSUMER_BUILD}" -G "${GENERATOR}"
     "-DCMAKE_CXX_COMPILER=${CXX}" "-DCMAKE_BUILD_TYPE=Release" ${locate} ${extra})
 run("${CMAKE_COMMAND}" --build "${CONSUMER_BUILD}")
+
+if(MODE STREQUAL "editor")
+    # The sample editor, built alone against the install, opening a file named relative
+    # to the folder it is started in and drawing its window.
+    file(WRITE "${CONSUMER_BUILD}/documents/notes.md" "# Notes\nA line.\n")
+    file(REMOVE "${CONSUMER_BUILD}/documents/editor.png")
+    execute_process(COMMAND "${CONSUMER_BUILD}/editor/zvcore-editor" --screenshot editor.png notes.md
+        WORKING_DIRECTORY "${CONSUMER_BUILD}/documents" RESULT_VARIABLE rc)
+    if(NOT rc EQUAL 0 OR NOT EXISTS "${CONSUMER_BUILD}/documents/editor.png")
+        message(FATAL_ERROR "the standalone editor did not draw its window (${rc})")
+    endif()
+    foreach(file productInfo.xml language/main/English_URL.xml language/qm/German.qm language/qm/Arabic.qm
+                 language/qm/ZVCore/ZVCore_German.qm)
+        if(NOT EXISTS "${CONSUMER_BUILD}/editor/${file}")
+            message(FATAL_ERROR "the standalone editor's folder lacks ${file}")
+        endif()
+    endforeach()
+    message(STATUS "package (editor): the editor built against the staged install and drew its window")
+    return()
+endif()
 
 if(MODE STREQUAL "demo")
     set(shots "${CONSUMER_BUILD}/screenshots")
