@@ -105,7 +105,7 @@ QMenuBar* ZVCoreWindow::menuBar() const
     Q_D(const ZVCoreWindow);
     if (auto* bar = qobject_cast<QMenuBar*>(d->m_top->menuWidget()))
         return bar;
-    auto* bar = new QMenuBar(d->m_top);
+    auto* bar = new QMenuBar(const_cast<ZVCoreWindow*>(this));
     bar->setObjectName(QStringLiteral("Core_menuBar"));
     d->m_top->setMenuWidget(bar);
     d->m_top->returnToSlot();
@@ -155,6 +155,13 @@ bool ZVCoreWindow::event(QEvent* event)
         }
         break;
     case QEvent::LayoutRequest:
+        // A change of the menu bar's size hint (entries added) is announced here, to its
+        // parent.
+        if (d->m_top) {
+            d->m_top->returnToSlot();
+            d->m_top->syncRooms();
+        }
+        break;
     case QEvent::Resize:
     case QEvent::Show:
     case QEvent::UpdateRequest:
@@ -201,15 +208,17 @@ CWindowTop::CWindowTop(ZVCoreWindow* window, QWidget* title)
     , m_window(window)
     , m_layout(new QVBoxLayout(this))
     , m_room(new QWidget(this))
+    , m_menuRoom(new QWidget(this))
     , m_title(title)
 {
     setObjectName(QStringLiteral("Core_windowTop"));
     m_layout->setContentsMargins(0, 0, 0, 0);
     m_layout->setSpacing(0);
-    m_room->setFixedHeight(title->height());
-    m_room->setVisible(!title->isHidden());
     m_layout->addWidget(m_room);
+    m_layout->addWidget(m_menuRoom);
+    m_menuRoom->hide();
     title->installEventFilter(this);
+    syncRooms();
 }
 
 void CWindowTop::setMenuWidget(QWidget* widget)
@@ -217,15 +226,20 @@ void CWindowTop::setMenuWidget(QWidget* widget)
     if (widget == m_menuWidget)
         return;
     if (m_menuWidget) {
-        m_layout->removeWidget(m_menuWidget);
+        m_menuWidget->removeEventFilter(this);
         m_menuWidget->hide();
         m_menuWidget->deleteLater();
     }
     m_menuWidget = widget;
     if (widget) {
-        m_layout->addWidget(widget);
+        // A child of the window itself, as QMainWindow keeps its menu bar; it lies over
+        // the room kept for it below the title.
+        if (widget->parentWidget() != m_window)
+            widget->setParent(m_window);
+        widget->installEventFilter(this);
         widget->show();
     }
+    syncRooms();
 }
 
 void CWindowTop::returnToSlot()
@@ -242,7 +256,26 @@ void CWindowTop::returnToSlot()
     if (isHidden())
         show();
     layout->invalidate();
-    placeTitle();
+    syncRooms();
+}
+
+void CWindowTop::syncRooms()
+{
+    if (m_title) {
+        m_room->setFixedHeight(m_title->height());
+        m_room->setVisible(!m_title->isHidden());
+    }
+    const bool menu = m_menuWidget && !m_menuWidget->isHidden();
+    if (menu) {
+        // The height the menu widget asks for at the top's width, as QMainWindow gives its
+        // menu bar: a menu bar that wraps its entries grows.
+        const int w = width() > 0 ? width() : m_window->width();
+        const int h = m_menuWidget->hasHeightForWidth() ? m_menuWidget->heightForWidth(w)
+                                                        : m_menuWidget->sizeHint().height();
+        m_menuRoom->setFixedHeight(qMax(h, 0));
+    }
+    m_menuRoom->setVisible(menu);
+    placeChildren();
 }
 
 bool CWindowTop::event(QEvent* event)
@@ -254,10 +287,13 @@ bool CWindowTop::event(QEvent* event)
         // it with its other children.
         QMetaObject::invokeMethod(this, [this] { returnToSlot(); }, Qt::QueuedConnection);
         return true;
-    case QEvent::Move:
     case QEvent::Resize:
+        syncRooms();
+        break;
+    case QEvent::Move:
     case QEvent::Show:
-        placeTitle();
+    case QEvent::LayoutRequest:
+        placeChildren();
         break;
     default:
         break;
@@ -267,14 +303,15 @@ bool CWindowTop::event(QEvent* event)
 
 bool CWindowTop::eventFilter(QObject* watched, QEvent* event)
 {
-    if (watched == m_title) {
+    if (watched == m_title || watched == m_menuWidget) {
         switch (event->type()) {
         case QEvent::Show:
         case QEvent::Hide:
         case QEvent::Resize:
-            m_room->setFixedHeight(m_title->height());
-            m_room->setVisible(!m_title->isHidden());
-            placeTitle();
+        case QEvent::LayoutRequest:
+            // Kept from recursing: placing a child resizes it.
+            if (!m_placing)
+                syncRooms();
             break;
         default:
             break;
@@ -283,14 +320,21 @@ bool CWindowTop::eventFilter(QObject* watched, QEvent* event)
     return QWidget::eventFilter(watched, event);
 }
 
-void CWindowTop::placeTitle()
+void CWindowTop::placeChildren()
 {
-    if (!m_title || m_title->parentWidget() != m_window)
-        return;
-    const QRect room(pos(), QSize(width(), m_room->height()));
-    if (m_title->geometry() != room)
-        m_title->setGeometry(room);
-    m_title->raise();
+    m_placing = true;
+    if (m_title && m_title->parentWidget() == m_window) {
+        const QRect room(pos() + m_room->pos(), m_room->size());
+        if (m_title->geometry() != room)
+            m_title->setGeometry(room);
+        m_title->raise();
+    }
+    if (m_menuWidget && m_menuWidget->parentWidget() == m_window && m_menuRoom->isVisibleTo(this)) {
+        const QRect room(pos() + m_menuRoom->pos(), QSize(width(), m_menuRoom->height()));
+        if (m_menuWidget->geometry() != room)
+            m_menuWidget->setGeometry(room);
+    }
+    m_placing = false;
 }
 
 void ZVCoreWindow::CenterWindow()

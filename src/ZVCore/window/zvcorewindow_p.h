@@ -88,9 +88,9 @@ inline long BorderHitCode(int left, int top, int right, int bottom, int x, int y
 
 } // namespace ZVUIFramework
 
-// The top of a core window, in QMainWindow's menu-widget slot: room for the title bar,
-// which lies over it as a child of the window itself, and below that the host's menu bar
-// or menu widget. QMainWindow's own menu-bar functions, reached through a QMainWindow*,
+// The top of a core window, in QMainWindow's menu-widget slot: room for the title bar and,
+// below it, for the host's menu bar or menu widget. Both lie over their rooms as children
+// of the window itself, as QMainWindow keeps its menu bar. QMainWindow's own menu-bar functions, reached through a QMainWindow*,
 // may take the slot from it or have it deleted; it then takes their widget in and
 // returns to the slot (see ZVCoreWindow::event).
 class CWindowTop : public QWidget
@@ -105,19 +105,23 @@ public:
     // Back into the window's menu-widget slot, taking along whatever widget QMainWindow
     // put there in its place.
     void returnToSlot();
+    // The rooms' heights from the title's and the menu widget's, then their places.
+    void syncRooms();
 
 protected:
     bool event(QEvent* event) override;
     bool eventFilter(QObject* watched, QEvent* event) override;
 
 private:
-    void placeTitle();
+    void placeChildren();
 
     ZVCoreWindow* m_window;
     QVBoxLayout* m_layout;
     QWidget* m_room;
+    QWidget* m_menuRoom;
     QPointer<QWidget> m_title;
     QPointer<QWidget> m_menuWidget;
+    bool m_placing = false;
 };
 
 class ZVCoreWindowPrivate

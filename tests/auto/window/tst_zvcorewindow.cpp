@@ -667,6 +667,11 @@ void tst_ZVCoreWindow::menuBarBelowTheTitle()
     QCOMPARE(title->width(), kWindowRect.width() - 10);
     QCOMPARE(topIn(bar, &window), bottomIn(title, &window));
     QCOMPARE(bar->width(), title->width());
+    // A child of the window, as QMainWindow keeps its menu bar: its geometry is in the
+    // window's coordinates.
+    QCOMPARE(bar->parentWidget(), static_cast<QWidget*>(&window));
+    QCOMPARE(bar->geometry().top(), title->geometry().bottom() + 1);
+    QCOMPARE(tools->geometry().top(), bar->geometry().bottom() + 1);
     QVERIFY(bar->isVisible());
     QVERIFY(bar->height() > 0);
     QCOMPARE(topIn(tools, &window), bottomIn(bar, &window));
