@@ -56,65 +56,6 @@ int toPhysical(qreal logical, qreal dpr)
     return qCeil(logical * dpr - 1e-9);
 }
 
-// Restarts a system move that the window manager has just begun, so that it measures
-// the mouse from \a globalPos (logical), where the mouse was when the window was last
-// placed. Qt reports the position of the last mouse event relative to the window, and
-// the window has just caught up with the mouse: the window manager would otherwise be
-// told a point off by that distance and pull the window back by it.
-void restartSystemMoveFrom(QWidget* window, const QPointF& globalPos)
-{
-#ifdef ZV_FRAME_X11
-    if (QGuiApplication::platformName() != QLatin1String("xcb"))
-        return;
-    // A reply on Qt's own connection makes sure the X server has seen Qt's start, and
-    // its release of the pointer, before the restart below.
-    QCursor::pos(window->screen());
-    const QByteArray display = qgetenv("DISPLAY");
-    int screenNumber = 0;
-    xcb_connection_t* connection = xcb_connect(display.isEmpty() ? nullptr : display.constData(), &screenNumber);
-    if (xcb_connection_has_error(connection)) {
-        xcb_disconnect(connection);
-        return;
-    }
-    xcb_screen_iterator_t screens = xcb_setup_roots_iterator(xcb_get_setup(connection));
-    for (int i = 0; i < screenNumber && screens.rem; ++i)
-        xcb_screen_next(&screens);
-    static const char kMoveResize[] = "_NET_WM_MOVERESIZE";
-    xcb_intern_atom_reply_t* atom = xcb_intern_atom_reply(
-        connection, xcb_intern_atom(connection, 1, uint16_t(sizeof kMoveResize - 1), kMoveResize), nullptr);
-    if (screens.rem && atom && atom->atom != XCB_ATOM_NONE) {
-        const qreal dpr = window->devicePixelRatioF();
-        const uint32_t x = uint32_t(qRound(globalPos.x() * dpr));
-        const uint32_t y = uint32_t(qRound(globalPos.y() * dpr));
-        // _NET_WM_MOVERESIZE directions: 8 moves, 11 cancels. Button 1, source 1 (an
-        // application).
-        for (const uint32_t direction : {11u, 8u}) {
-            xcb_client_message_event_t message = {};
-            message.response_type = XCB_CLIENT_MESSAGE;
-            message.format = 32;
-            message.window = xcb_window_t(window->winId());
-            message.type = atom->atom;
-            message.data.data32[0] = x;
-            message.data.data32[1] = y;
-            message.data.data32[2] = direction;
-            message.data.data32[3] = 1;
-            message.data.data32[4] = 1;
-            xcb_send_event(connection, 0, screens.data->root,
-                           XCB_EVENT_MASK_SUBSTRUCTURE_REDIRECT | XCB_EVENT_MASK_SUBSTRUCTURE_NOTIFY,
-                           reinterpret_cast<const char*>(&message));
-        }
-        // Waited for, so that the window manager has the restart before any further
-        // motion of the mouse.
-        std::free(xcb_get_input_focus_reply(connection, xcb_get_input_focus(connection), nullptr));
-    }
-    std::free(atom);
-    xcb_disconnect(connection);
-#else
-    Q_UNUSED(window)
-    Q_UNUSED(globalPos)
-#endif
-}
-
 #ifdef ZV_FRAME_X11
 // A short-lived connection to the display Qt uses, with its root window.
 struct X11Root
@@ -184,6 +125,42 @@ struct X11Root
     xcb_window_t root = XCB_WINDOW_NONE;
 };
 #endif
+
+// Restarts a system move that the window manager has just begun, so that it measures
+// the mouse from \a globalPos (logical), where the mouse was when the window was last
+// placed. Qt reports the position of the last mouse event relative to the window, and
+// the window has just caught up with the mouse: the window manager would otherwise be
+// told a point off by that distance and pull the window back by it.
+void restartSystemMoveFrom(QWidget* window, const QPointF& globalPos)
+{
+#ifdef ZV_FRAME_X11
+    if (QGuiApplication::platformName() != QLatin1String("xcb"))
+        return;
+    // A reply on Qt's own connection makes sure the X server has seen Qt's start, and
+    // its release of the pointer, before the restart below.
+    QCursor::pos(window->screen());
+    const X11Root x11;
+    const xcb_atom_t type = x11.isValid() ? x11.atom("_NET_WM_MOVERESIZE") : xcb_atom_t(XCB_ATOM_NONE);
+    if (type == XCB_ATOM_NONE)
+        return;
+    const qreal dpr = window->devicePixelRatioF();
+    const uint32_t x = uint32_t(qRound(globalPos.x() * dpr));
+    const uint32_t y = uint32_t(qRound(globalPos.y() * dpr));
+    // _NET_WM_MOVERESIZE directions: 8 moves, 11 cancels. Button 1, source 1 (an
+    // application).
+    for (const uint32_t direction : {11u, 8u}) {
+        const uint32_t data[5] = {x, y, direction, 1u, 1u};
+        x11.send(xcb_window_t(window->winId()), type, data);
+    }
+    // Waited for, so that the window manager has the restart before any further motion
+    // of the mouse.
+    std::free(xcb_get_input_focus_reply(x11.connection, xcb_get_input_focus(x11.connection), nullptr));
+#else
+    Q_UNUSED(window)
+    Q_UNUSED(globalPos)
+#endif
+}
+
 
 // Hands the window to the window manager for a move (keyboard \a move) or a resize by
 // keyboard, as a system's window menu does; false where no window manager takes it.
