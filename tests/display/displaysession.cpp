@@ -433,6 +433,21 @@ DisplayProgram::~DisplayProgram()
     stop();
 }
 
+bool DisplayProgram::readReport(const QByteArray& output, unsigned long* windowId, QHash<QString, QRect>* widgets)
+{
+    bool ready = false;
+    for (const QByteArray& raw : output.split('\n')) {
+        const QStringList f = QString::fromUtf8(raw).trimmed().split(QLatin1Char(' '), Qt::SkipEmptyParts);
+        if (f.size() == 2 && f.at(0) == QLatin1String("winid"))
+            *windowId = f.at(1).toULong();
+        else if (f.size() == 6 && f.at(0) == QLatin1String("widget"))
+            widgets->insert(f.at(1), QRect(f.at(2).toInt(), f.at(3).toInt(), f.at(4).toInt(), f.at(5).toInt()));
+        else if (f.size() == 1 && f.at(0) == QLatin1String("ready"))
+            ready = true;
+    }
+    return ready;
+}
+
 bool DisplayProgram::start(const DisplaySession& session, const QStringList& arguments, int timeoutMs)
 {
     if (!m_folder.isValid()) {
@@ -463,15 +478,7 @@ bool DisplayProgram::start(const DisplaySession& session, const QStringList& arg
         if (!m_process.waitForReadyRead(200) && m_process.state() != QProcess::Running)
             break;
         m_stdout += m_process.readAllStandardOutput();
-        for (const QByteArray& raw : m_stdout.split('\n')) {
-            const QStringList f = QString::fromUtf8(raw).trimmed().split(QLatin1Char(' '), Qt::SkipEmptyParts);
-            if (f.size() == 2 && f.at(0) == QLatin1String("winid"))
-                m_windowId = f.at(1).toULong();
-            else if (f.size() == 6 && f.at(0) == QLatin1String("widget"))
-                m_widgets.insert(f.at(1), QRect(f.at(2).toInt(), f.at(3).toInt(), f.at(4).toInt(), f.at(5).toInt()));
-            else if (f.size() == 1 && f.at(0) == QLatin1String("ready"))
-                ready = true;
-        }
+        ready = readReport(m_stdout, &m_windowId, &m_widgets);
     }
     if (!ready || m_windowId == 0) {
         m_error = QStringLiteral("no \"ready\" within %1 ms; output:\n").arg(timeoutMs) + output();

@@ -132,6 +132,9 @@ public:
     void stop();
 
     unsigned long windowId() const { return m_windowId; }
+    // Reads the report lines in \a output ("winid", "widget", "ready"); true once "ready"
+    // has come. Programs other than the ones this class starts report the same way.
+    static bool readReport(const QByteArray& output, unsigned long* windowId, QHash<QString, QRect>* widgets);
     // A child widget's rectangle relative to the top-level window, as the program
     // reported it at start; null when it did not.
     QRect widgetRect(const QString& name) const { return m_widgets.value(name); }

@@ -78,15 +78,7 @@ public:
             if (!m_process.waitForReadyRead(200) && m_process.state() != QProcess::Running)
                 break;
             out += m_process.readAllStandardOutput();
-            for (const QByteArray& raw : out.split('\n')) {
-                const QStringList f = QString::fromUtf8(raw).trimmed().split(QLatin1Char(' '), Qt::SkipEmptyParts);
-                if (f.size() == 2 && f.at(0) == QLatin1String("winid"))
-                    m_window = f.at(1).toULong();
-                else if (f.size() == 6 && f.at(0) == QLatin1String("widget"))
-                    m_widgets.insert(f.at(1), QRect(f.at(2).toInt(), f.at(3).toInt(), f.at(4).toInt(), f.at(5).toInt()));
-                else if (f.size() == 1 && f.at(0) == QLatin1String("ready"))
-                    ready = true;
-            }
+            ready = DisplayProgram::readReport(out, &m_window, &m_widgets);
         }
         if (!ready || !m_window) {
             *error = QStringLiteral("no report; output: ") + QString::fromUtf8(out);
