@@ -90,3 +90,16 @@ ZV_TEST_PACKAGES=(
 zv_cmake_generator() {
     if command -v ninja >/dev/null 2>&1; then echo "Ninja"; else echo "Unix Makefiles"; fi
 }
+
+# zv_qt6_host_cmake_dir: the folder of the host Qt 6's CMake packages, which a cross build
+# against Qt 6 names as QT_HOST_PATH_CMAKE_DIR (Debian keeps them under the multiarch
+# library folder, not under QT_HOST_PATH/lib/cmake).
+zv_qt6_host_cmake_dir() {
+    local info
+    info=$(dpkg -L qt6-base-dev 2>/dev/null | grep -m 1 '/Qt6HostInfo/Qt6HostInfoConfig.cmake$' || true)
+    if [ -n "$info" ]; then
+        dirname "$(dirname "$info")"
+    else
+        echo "/usr/lib/$(gcc -print-multiarch 2>/dev/null || echo x86_64-linux-gnu)/cmake"
+    fi
+}
