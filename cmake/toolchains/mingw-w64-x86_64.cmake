@@ -4,7 +4,9 @@
 #
 #   cmake -S <dir> -B <build> -DCMAKE_TOOLCHAIN_FILE=<this file>
 #
-# Qt is not available for this target here; the file suits Qt-free code only.
+# With Qt for Windows (scripts/qt-windows.sh builds one), name its prefix too:
+#
+#   cmake ... -DCMAKE_PREFIX_PATH=<qt prefix> [-DQT_HOST_PATH=/usr for Qt 6]
 set(CMAKE_SYSTEM_NAME Windows)
 set(CMAKE_SYSTEM_PROCESSOR x86_64)
 
@@ -15,7 +17,7 @@ set(CMAKE_RC_COMPILER ${ZVCORE_MINGW_TRIPLET}-windres)
 
 # Headers and libraries come from the MinGW sysroot only; programs (the build's own
 # tools) from the host.
-set(CMAKE_FIND_ROOT_PATH /usr/${ZVCORE_MINGW_TRIPLET})
+set(CMAKE_FIND_ROOT_PATH /usr/${ZVCORE_MINGW_TRIPLET} ${CMAKE_PREFIX_PATH})
 set(CMAKE_FIND_ROOT_PATH_MODE_PROGRAM NEVER)
 set(CMAKE_FIND_ROOT_PATH_MODE_LIBRARY ONLY)
 set(CMAKE_FIND_ROOT_PATH_MODE_INCLUDE ONLY)
@@ -28,8 +30,6 @@ if(ZVCORE_WINE)
     set(CMAKE_CROSSCOMPILING_EMULATOR "${ZVCORE_WINE}")
 endif()
 
-# The runtime of the compiler goes into each program, so that nothing needs
-# libgcc_s_seh-1.dll, libstdc++-6.dll or libwinpthread-1.dll beside it under Wine.
-set(CMAKE_EXE_LINKER_FLAGS_INIT "-static-libgcc -static-libstdc++ -static")
-set(CMAKE_SHARED_LINKER_FLAGS_INIT "-static-libgcc -static-libstdc++")
-set(CMAKE_MODULE_LINKER_FLAGS_INIT "-static-libgcc -static-libstdc++")
+# Programs and libraries use the compiler's runtime DLLs (libgcc_s_seh-1.dll,
+# libstdc++-6.dll, libwinpthread-1.dll), as Qt for Windows built with these compilers
+# does; a project that wants them linked in adds -static-libgcc -static-libstdc++ itself.
