@@ -10,7 +10,14 @@
 #include <QtCore/QFile>
 #include <QtCore/QFileInfo>
 
+#include <cerrno>
 #include <cstdio>
+#include <cstring>
+
+#ifdef Q_OS_WIN
+#include <fcntl.h>
+#include <io.h>
+#endif
 
 namespace {
 
@@ -53,14 +60,19 @@ int usageError(const QString& message)
 bool readAll(const QString& path, QByteArray* data, QString* error)
 {
     if (path == QLatin1String("-")) {
-        QFile in;
-        if (!in.open(stdin, QIODevice::ReadOnly)) {
-            *error = in.errorString();
-            return false;
+        // The C library's own reading: on Windows the end of a pipe is a broken pipe,
+        // which QFile over stdin reports as an error, while the C library takes it for
+        // the end of the input it is.
+        data->clear();
+        char buffer[65536];
+        for (;;) {
+            const size_t got = std::fread(buffer, 1, sizeof buffer, stdin);
+            data->append(buffer, int(got));
+            if (got < sizeof buffer)
+                break;
         }
-        *data = in.readAll();
-        if (in.error() != QFile::NoError) {
-            *error = in.errorString();
+        if (std::ferror(stdin)) {
+            *error = QString::fromLocal8Bit(std::strerror(errno));
             return false;
         }
         return true;
@@ -149,6 +161,13 @@ int runLinkFile(const QString& path, const CSimpleCrypt& crypt, ZVCrypt::Directi
 
 int main(int argc, char* argv[])
 {
+#ifdef Q_OS_WIN
+    // The bytes a link file or a value is read and written with are the same on every
+    // platform: no CR is added before each line feed, nor taken away.
+    _setmode(_fileno(stdin), _O_BINARY);
+    _setmode(_fileno(stdout), _O_BINARY);
+    _setmode(_fileno(stderr), _O_BINARY);
+#endif
     QCoreApplication app(argc, argv);
     QCoreApplication::setApplicationName(QStringLiteral("zvcrypt"));
 
