@@ -26,6 +26,11 @@
 #include <cstring>
 #include <thread>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#include <psapi.h>
+#endif
+
 using namespace ZVUIFramework;
 
 // Defined in zvprobe.cpp, where a debugger finds them by name.
@@ -100,10 +105,20 @@ void ready(const QJsonObject& details = QJsonObject())
     report(QStringLiteral("ready"), details);
 }
 
-// VmHWM and VmRSS of /proc/self/status, in kB; -1 where the system has no such file.
+// VmHWM and VmRSS of /proc/self/status, in kB (on Windows the peak and the current
+// working set); -1 where the system has no such file.
 QJsonObject memory()
 {
     QJsonObject o{{QStringLiteral("vmHwmKb"), -1}, {QStringLiteral("vmRssKb"), -1}};
+#ifdef Q_OS_WIN
+    PROCESS_MEMORY_COUNTERS counters = {};
+    counters.cb = sizeof counters;
+    if (::GetProcessMemoryInfo(::GetCurrentProcess(), &counters, sizeof counters)) {
+        o.insert(QStringLiteral("vmHwmKb"), double(counters.PeakWorkingSetSize / 1024));
+        o.insert(QStringLiteral("vmRssKb"), double(counters.WorkingSetSize / 1024));
+    }
+    return o;
+#endif
     QFile status(QStringLiteral("/proc/self/status"));
     if (!status.open(QIODevice::ReadOnly))
         return o;
@@ -264,6 +279,10 @@ bool runHardeningCommand(const QString& verb, const QString& rest, bool* ok)
         ready();
         for (int i = 1;; ++i)
             module->SetLanguage(names.at(i % names.size()));
+    }
+    if (verb == QLatin1String("spoolpath")) {
+        report(verb, {{QStringLiteral("spool"), CDataCollectionGA4::GetInstance()->SpoolPath()}});
+        return true;
     }
     if (verb == QLatin1String("spoolsend")) {
         CDataCollectionGA4* spool = CDataCollectionGA4::GetInstance();

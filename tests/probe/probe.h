@@ -14,9 +14,13 @@
 #include <cerrno>
 #include <vector>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
 #include <fcntl.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#endif
 #include <QtCore/QJsonObject>
 #include <QtCore/QProcess>
 #include <QtCore/QStandardPaths>
@@ -51,7 +55,7 @@ public:
     {
         m_path = m_tmp.path() + QLatin1Char('/') + sub;
         QDir().mkpath(m_path);
-        m_program = m_path + QStringLiteral("/zvprobe");
+        m_program = m_path + QStringLiteral("/zvprobe") + exeSuffix();
         QFile::copy(QStringLiteral(ZV_PROBE_PATH), m_program);
         QFile::setPermissions(m_program, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner);
     }
@@ -61,7 +65,21 @@ public:
     void setHonourFilePermissions(bool on) { m_honourPermissions = on; }
     static bool canHonourFilePermissions()
     {
+#ifdef Q_OS_WIN
+        return false;
+#else
         return !QStandardPaths::findExecutable(QStringLiteral("setpriv")).isEmpty();
+#endif
+    }
+
+    // What the programs' file names end with: ".exe" on Windows.
+    static QString exeSuffix()
+    {
+#ifdef Q_OS_WIN
+        return QStringLiteral(".exe");
+#else
+        return QString();
+#endif
     }
 
     // Copies the stand-in companion program under \a names (e.g. "Feedback",
@@ -69,7 +87,7 @@ public:
     bool installStandIns(const QStringList& names) const
     {
         for (const QString& name : names) {
-            const QString target = file(name);
+            const QString target = file(name + exeSuffix());
             if (!QFile::copy(QStringLiteral(ZV_STANDIN_PATH), target)
                 || !QFile::setPermissions(target, QFile::ReadOwner | QFile::WriteOwner | QFile::ExeOwner))
                 return false;
@@ -102,6 +120,63 @@ public:
             QThread::msleep(50);
         }
     }
+
+#ifdef Q_OS_WIN
+    // Gives the copied probe a version resource (the fixed file information of a
+    // VS_VERSIONINFO block) holding \a a.\a b.\a c.\a d, which Windows reads as the
+    // program's version.
+    bool setFileVersion(quint16 a, quint16 b, quint16 c, quint16 d) const
+    {
+        QByteArray block;
+        const auto word = [&block](quint16 v) { block.append(char(v & 0xff)).append(char(v >> 8)); };
+        const auto dword = [&](quint32 v) {
+            word(quint16(v & 0xffff));
+            word(quint16(v >> 16));
+        };
+        word(0); // length, set below
+        word(52); // the size of VS_FIXEDFILEINFO
+        word(0); // binary
+        for (const char16_t c : u"VS_VERSION_INFO") // with its terminating zero
+            word(c);
+        while (block.size() % 4)
+            block.append('\0');
+        dword(0xFEEF04BD);
+        dword(0x00010000);
+        dword((quint32(a) << 16) | b);
+        dword((quint32(c) << 16) | d);
+        dword((quint32(a) << 16) | b);
+        dword((quint32(c) << 16) | d);
+        dword(0x3f); // flags mask
+        dword(0); // flags
+        dword(0x40004); // VOS_NT_WINDOWS32
+        dword(1); // VFT_APP
+        dword(0);
+        dword(0);
+        dword(0);
+        block[0] = char(block.size() & 0xff);
+        block[1] = char(block.size() >> 8);
+        const HANDLE update = BeginUpdateResourceW(reinterpret_cast<const wchar_t*>(m_program.utf16()), FALSE);
+        if (!update)
+            return false;
+        const bool ok = UpdateResourceW(update, MAKEINTRESOURCEW(16) /* RT_VERSION */, MAKEINTRESOURCEW(1), MAKELANGID(LANG_NEUTRAL, SUBLANG_NEUTRAL),
+                                        block.data(), DWORD(block.size()));
+        return EndUpdateResourceW(update, !ok) && ok;
+    }
+#endif
+
+#ifdef Q_OS_WIN
+    // Windows keeps the analytics spool in the user's application data folder, which every
+    // probe of the Wine prefix shares (XDG_DATA_HOME means nothing there): its path, with
+    // the spool emptied, for the tests that read it. Those tests hold the ctest resource
+    // lock "zv_shared_spool", so that no other test writes to it meanwhile.
+    QString freshSharedSpool() const
+    {
+        const QString path = run({QStringLiteral("spoolpath")}).report(QStringLiteral("spoolpath")).value(QStringLiteral("spool")).toString();
+        if (!path.isEmpty())
+            QFile::remove(path);
+        return path;
+    }
+#endif
 
     bool isValid() const { return m_tmp.isValid() && QFileInfo(m_program).isExecutable(); }
     QString path() const { return m_path; }
@@ -159,7 +234,12 @@ public:
                 result.reports.append(QJsonDocument::fromJson(line).object());
         }
         const QString err = QString::fromUtf8(p.readAllStandardError());
-        for (const QString& line : err.split(QLatin1Char('\n'))) {
+        for (QString line : err.split(QLatin1Char('\n'))) {
+#ifdef Q_OS_WIN
+            // The C runtime writes a CR before each line feed of a text stream.
+            if (line.endsWith(QLatin1Char('\r')))
+                line.chop(1);
+#endif
             if (!line.isEmpty())
                 result.log.append(line);
         }
@@ -174,6 +254,31 @@ public:
         int exitCode = -1;
         qint64 elapsedMs = 0;
     };
+#ifdef Q_OS_WIN
+    // On Windows "signal" is the exception code a crashed probe ended with.
+    Death runUntilDeath(const QStringList& commands) const
+    {
+        Death death;
+        QProcess p;
+        p.setWorkingDirectory(QDir::rootPath());
+        QProcessEnvironment env = QProcessEnvironment::systemEnvironment();
+        env.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+        env.insert(QStringLiteral("QT_MESSAGE_PATTERN"), QStringLiteral("%{message}"));
+        p.setProcessEnvironment(env);
+        p.setStandardOutputFile(file(QStringLiteral("probe.out")));
+        p.setStandardErrorFile(file(QStringLiteral("probe.err")));
+        QElapsedTimer timer;
+        timer.start();
+        p.start(m_program, commands);
+        p.waitForFinished(-1);
+        death.elapsedMs = timer.elapsed();
+        if (p.exitStatus() == QProcess::CrashExit)
+            death.signal = p.exitCode() ? p.exitCode() : -1;
+        else
+            death.exitCode = p.exitCode();
+        return death;
+    }
+#else
     Death runUntilDeath(const QStringList& commands) const
     {
         Death death;
@@ -215,6 +320,8 @@ public:
             death.exitCode = WEXITSTATUS(status);
         return death;
     }
+
+#endif
 
 private:
     QTemporaryDir m_tmp;

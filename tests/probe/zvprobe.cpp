@@ -100,7 +100,11 @@
 #include <cstring>
 #include <thread>
 
+#ifdef Q_OS_WIN
+#include <windows.h>
+#else
 #include <unistd.h>
+#endif
 
 using namespace ZVUIFramework;
 
@@ -882,7 +886,11 @@ bool run(const QString& command)
         const QByteArray marker = QFile::encodeName(rest);
         ZVApplicationInfo::GetInstance()->SetCrashCallback([marker](EXCEPTION_POINTERS* info) -> long {
             if (FILE* f = std::fopen(marker.constData(), "w")) {
+#ifdef Q_OS_WIN
+                std::fprintf(f, "%d\n", info && info->ExceptionRecord ? int(info->ExceptionRecord->ExceptionCode) : -1);
+#else
                 std::fprintf(f, "%d\n", info ? info->signalNumber : -1);
+#endif
                 std::fclose(f);
             }
             return 1;
@@ -898,8 +906,13 @@ bool run(const QString& command)
     }
     if (verb == QLatin1String("crashcallback-hang")) {
         ZVApplicationInfo::GetInstance()->SetCrashCallback([](EXCEPTION_POINTERS*) -> long {
-            for (;;)
+            for (;;) {
+#ifdef Q_OS_WIN
+                ::Sleep(INFINITE);
+#else
                 ::pause();
+#endif
+            }
         });
         return true;
     }

@@ -4,6 +4,8 @@
 #
 #   run-under-xvfb.sh <ctest> <lane build dir> <wine prefix> [ctest arguments...]
 #
+#   ZV_XVFB_SCREEN   the screen, e.g. 1920x1080x24 (default 1280x1024x24)
+#
 # Exits with 77 (reported by ctest as skipped) when Wine or MinGW-w64 is missing.
 # The prefix is created on first use; a prefix whose creation did not finish is made
 # anew. Xvfb and the prefix's wineserver are stopped at the end, also on failure.
@@ -36,6 +38,8 @@ if [ ! -f "$lane/CTestTestfile.cmake" ]; then
     exit 1
 fi
 
+# Wine wants an absolute prefix.
+case $prefix in /*) ;; *) prefix="$(pwd)/$prefix" ;; esac
 export WINEPREFIX="$prefix"
 export WINEDEBUG=-all
 # No Mono and no Gecko: without this the first start offers to download them.
@@ -61,8 +65,9 @@ trap cleanup EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
 
-# Xvfb picks a free display and writes its number to the descriptor given.
-Xvfb -displayfd 3 -screen 0 1280x1024x24 -nolisten tcp -noreset 3>"$work/display" 2>"$work/xvfb.log" &
+# Xvfb picks a free display and writes its number to the descriptor given; the screen is
+# ZV_XVFB_SCREEN (width x height x depth) when set.
+Xvfb -displayfd 3 -screen 0 "${ZV_XVFB_SCREEN:-1280x1024x24}" -nolisten tcp -noreset 3>"$work/display" 2>"$work/xvfb.log" &
 xvfb_pid=$!
 tries=0
 while ! grep -q '^[0-9][0-9]*$' "$work/display" 2>/dev/null; do
@@ -77,35 +82,10 @@ done
 export DISPLAY=":$(cat "$work/display")"
 echo "Xvfb on $DISPLAY (pid $xvfb_pid), WINEPREFIX=$WINEPREFIX"
 
-# The prefix is this lane's own: "owned" is written before wineboot starts, "ready" once
-# it is done. An owned prefix that is not ready was cut short and is made anew; a folder
-# that is not ours is never removed.
-owned="$WINEPREFIX/.zvcore-prefix-owned"
-ready="$WINEPREFIX/.zvcore-prefix-ready"
-if [ ! -f "$ready" ]; then
-    if [ -d "$WINEPREFIX" ] && [ ! -f "$owned" ] && [ -n "$(ls -A "$WINEPREFIX")" ]; then
-        echo "$WINEPREFIX exists and is not a prefix of this lane; not touching it" >&2
-        exit 1
-    fi
-    echo "creating the Wine prefix (the first start takes a while)"
-    prefix_used=1
-    rm -rf "$WINEPREFIX"
-    mkdir -p "$WINEPREFIX" && touch "$owned" || exit 1
-    started=$(date +%s)
-    wineboot -i >"$work/wineboot.log" 2>&1
-    wineserver -w
-    # A crash that no filter handles prints a backtrace and ends the process, instead of
-    # waiting in a dialog on a display nobody looks at.
-    wine reg add 'HKCU\Software\Wine\WineDbg' /v ShowCrashDialog /t REG_DWORD /d 0 /f >>"$work/wineboot.log" 2>&1
-    wineserver -w
-    if [ ! -f "$WINEPREFIX/system.reg" ]; then
-        echo "wineboot did not create the prefix:" >&2
-        cat "$work/wineboot.log" >&2
-        exit 1
-    fi
-    touch "$ready"
-    echo "Wine prefix ready after $(( $(date +%s) - started )) s"
-fi
+prefix_used=1
+# shellcheck source=wineprefix.sh
+. "$(dirname "$0")/wineprefix.sh"
+zv_wine_prefix "$work" || exit 1
 
 prefix_used=1
 # One server for the whole run: without it each test program would start a server and

@@ -110,7 +110,10 @@ private slots:
     {
         write(QStringLiteral("Good.qss"), "good{}");
         QVERIFY(QDir(m_dir.path()).mkdir(QStringLiteral("Dir.qss")));
+#ifndef Q_OS_WIN
+        // Windows has no FIFOs in the file system; there the entry is simply missing.
         QCOMPARE(::mkfifo(QFile::encodeName(qssDir() + QStringLiteral("Fifo.qss")).constData(), 0600), 0);
+#endif
         const QMap<QString, bool> files{{QStringLiteral("Dir.qss"), true},
                                         {QStringLiteral("Fifo.qss"), true},
                                         {QStringLiteral("Good.qss"), true},

@@ -8,7 +8,7 @@ namespace {
 
 QString appPath(const ProbeFolder& product)
 {
-    return QFileInfo(product.file(QStringLiteral("zvprobe"))).canonicalFilePath();
+    return QFileInfo(product.file(QStringLiteral("zvprobe") + ProbeFolder::exeSuffix())).canonicalFilePath();
 }
 
 } // namespace
@@ -85,6 +85,10 @@ private slots:
         QVERIFY(product.installStandIns({QStringLiteral("Feedback")}));
         QProcessEnvironment env;
         env.insert(QStringLiteral("XDG_DATA_HOME"), product.file(QStringLiteral("data")));
+#ifdef Q_OS_WIN
+        const QString sharedSpool = product.freshSharedSpool();
+        QVERIFY(!sharedSpool.isEmpty());
+#endif
         const ProbeRun run = product.run({QStringLiteral("setcrashmail:crash@example.com"),
                                           QStringLiteral("prop:CrashDataCollection=string:crash-label"),
                                           QStringLiteral("startfeedback:1"), QStringLiteral("properties")},
@@ -97,10 +101,14 @@ private slots:
         QCOMPARE(p.value(QStringLiteral("AppCrashed")).toBool(), true);
         QVERIFY(run.logged(QStringLiteral("send GA crash \"crash-label\"")));
         // The analytics event is spooled as one JSON line holding the one string.
+#ifdef Q_OS_WIN
+        QFile spool(sharedSpool);
+#else
         QDirIterator it(product.file(QStringLiteral("data")), {QStringLiteral("analytics-spool.jsonl")}, QDir::Files,
                         QDirIterator::Subdirectories);
         QVERIFY(it.hasNext());
         QFile spool(it.next());
+#endif
         QVERIFY(spool.open(QIODevice::ReadOnly));
         const QList<QByteArray> lines = spool.readAll().split('\n');
         QCOMPARE(QJsonDocument::fromJson(lines.first()).object().value(QStringLiteral("event")).toArray(),

@@ -5,8 +5,10 @@
 
 #include <QtTest/QtTest>
 
+#ifndef Q_OS_WIN
 #include <sys/stat.h>
 #include <unistd.h>
+#endif
 
 using ZVUIFramework::ZVApplicationInfo;
 
@@ -119,7 +121,11 @@ private slots:
         else if (kind == QLatin1String("directory"))
             QVERIFY(QDir().mkpath(path));
         else if (kind == QLatin1String("fifo"))
+#ifdef Q_OS_WIN
+            QSKIP("Windows has no FIFOs in the file system");
+#else
             QCOMPARE(::mkfifo(QFile::encodeName(path).constData(), 0600), 0);
+#endif
 
         const ProbeRun run = product.run({QStringLiteral("context")});
         QVERIFY2(run.finished, "the probe hung");
@@ -134,6 +140,9 @@ private slots:
 
     void unreadableProductFile()
     {
+#ifdef Q_OS_WIN
+        QSKIP("QFile::setPermissions() on Windows only sets the read-only attribute; the file stays readable");
+#else
         ProbeFolder product;
         if (::geteuid() == 0) {
             if (!ProbeFolder::canHonourFilePermissions())
@@ -147,6 +156,7 @@ private slots:
         const QJsonObject c = run.report(QStringLiteral("context"));
         QCOMPARE(c.value(QStringLiteral("pid")).toString(), QString());
         QCOMPARE(c.value(QStringLiteral("cwd")).toString(), QFileInfo(product.path()).canonicalFilePath());
+#endif
     }
 
     // --- current directory -------------------------------------------------------------

@@ -7,6 +7,7 @@
 #include <QtCore/QFile>
 #include <QtCore/QTemporaryDir>
 #include <QtTest/QtTest>
+#include <QtXml/QDomDocument>
 
 using namespace ZVUIFramework;
 
@@ -84,9 +85,22 @@ void tst_FuzzRegressions::productInfoInUtf7()
 {
     QFETCH(QByteArray, bytes);
     QFETCH(QString, pid);
+    // Qt decodes UTF-7 only where it has a decoder for it (through ICU); a Qt without
+    // one, such as the Windows build here, reads no markup in these files at all.
+    QDomDocument probe;
+    const bool decodable = probe.setContent(utf7Declaration() + utf7("<r/>"))
+                           && probe.documentElement().tagName() == QLatin1String("r");
     const ZVApplicationInfoPrivate context = read(bytes);
-    QCOMPARE(context.pid, pid);
-    QCOMPARE(XmlGuard::IsWithinLimits(bytes), !pid.isEmpty());
+    if (decodable) {
+        QCOMPARE(context.pid, pid);
+        QCOMPARE(XmlGuard::IsWithinLimits(bytes), !pid.isEmpty());
+    } else {
+        QCOMPARE(context.pid, QString());
+        // Whatever the guard says, the parser meets no element to nest: it refuses the
+        // text at once.
+        QDomDocument document;
+        QVERIFY(!document.setContent(bytes));
+    }
     // Nothing else of the file is read either way.
     QVERIFY(context.appName.isEmpty());
     QVERIFY(context.info.isEmpty());

@@ -14,6 +14,13 @@ struct KillRound
 {
     // Enough rounds to put kills at many points of a write, few enough for the unit lane.
     static constexpr int Rounds = 60;
+#ifdef Q_OS_WIN
+    // Under Wine each of the probe's writes takes several times as long; kills must still
+    // land between writes, not only before the first.
+    static constexpr int kMaxDelayMs = 400;
+#else
+    static constexpr int kMaxDelayMs = 40;
+#endif
 
     bool killed = false;
     int delayMs = 0;
@@ -21,7 +28,7 @@ struct KillRound
     QString error;
 
     static KillRound run(const ProbeFolder& product, const QStringList& commands,
-                         const QProcessEnvironment& env = QProcessEnvironment(), int maxDelayMs = 40)
+                         const QProcessEnvironment& env = QProcessEnvironment(), int maxDelayMs = kMaxDelayMs)
     {
         KillRound round;
         QProcess p;

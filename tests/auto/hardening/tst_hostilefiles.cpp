@@ -176,6 +176,8 @@ std::function<qint64(const ProbeFolder&)> folder(const QString& relative)
     return [relative](const ProbeFolder& p) { return QDir().mkpath(p.file(relative) + QStringLiteral("/inside")) ? 0 : -1; };
 }
 
+#ifndef Q_OS_WIN
+// Windows has no FIFOs in the file system: its rows are left out there.
 std::function<qint64(const ProbeFolder&)> fifo(const QString& relative)
 {
     return [relative](const ProbeFolder& p) {
@@ -183,6 +185,7 @@ std::function<qint64(const ProbeFolder&)> fifo(const QString& relative)
         return ::mkfifo(QFile::encodeName(p.file(relative)).constData(), 0600) == 0 ? 0 : -1;
     };
 }
+#endif
 
 std::function<qint64(const ProbeFolder&)> bytesAt(const QString& relative, const QByteArray& bytes)
 {
@@ -311,8 +314,10 @@ void tst_HostileFiles::file_data()
     savedFolder.after = [saved](const ProbeFolder& p) { QVERIFY(QFileInfo(p.file(saved)).isDir()); };
     QTest::newRow("saved language: a folder") << savedFolder;
     // Never opened for reading; the choice then takes its place.
+#ifndef Q_OS_WIN
     QTest::newRow("saved language: a FIFO")
         << Case{fifo(saved), language, languageChecks(QStringLiteral("English"), "English")};
+#endif
     Case savedUnreadable{unreadable(saved, "Korean"), language,
                          {{QStringLiteral("language"), QStringLiteral("current"), QStringLiteral("English")}}};
     savedUnreadable.honourPermissions = true;
@@ -387,7 +392,9 @@ void tst_HostileFiles::file_data()
     QTest::newRow("link file: NUL first")
         << Case{bytesAt(link, QByteArray(1, '\0') + linkFile(kLinkEntry)), linkCommands, untouchedLink()};
     QTest::newRow("link file: a folder") << Case{folder(link), linkCommands, untouchedLink()};
+#ifndef Q_OS_WIN
     QTest::newRow("link file: a FIFO") << Case{fifo(link), linkCommands, untouchedLink()};
+#endif
     Case linkUnreadable{unreadable(link, linkFile(kLinkEntry)), {QStringLiteral("link:About")},
                         untouchedLink().mid(0, 3)};
     linkUnreadable.honourPermissions = true;
@@ -423,9 +430,16 @@ void tst_HostileFiles::file_data()
         << Case{bytesAt(sheet, bytes("QLabel { color: red; }\0QLabel { color: blue; }")), skin,
                 sheetChecks(QStringLiteral("QLabel { color: red; }") + QChar(0) + QStringLiteral("QLabel { color: blue; }")
                             + kSeparatorRule)};
+#if defined(Q_OS_WIN) && QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    // Qt 5's text stream decodes with the locale's codec, which on Windows is the system's
+    // ANSI code page, not UTF-8.
+    const QString cafe = QString::fromLocal8Bit("Caf\xe9");
+#else
+    const QString cafe = QStringLiteral("Caf\uFFFD");
+#endif
     QTest::newRow("style sheet: invalid UTF-8")
         << Case{bytesAt(sheet, "QLabel { font-family: \"Caf\xe9\"; }"), skin,
-                sheetChecks(QStringLiteral("QLabel { font-family: \"Caf\uFFFD\"; }") + kSeparatorRule)};
+                sheetChecks(QStringLiteral("QLabel { font-family: \"") + cafe + QStringLiteral("\"; }") + kSeparatorRule)};
     QTest::newRow("style sheet: a folder") << Case{folder(sheet), skin, sheetChecks(kSeparatorRule)};
     Case sheetUnreadable{unreadable(sheet, "QLabel { color: red; }"), skin, sheetChecks(kSeparatorRule)};
     sheetUnreadable.honourPermissions = true;
@@ -449,13 +463,16 @@ void tst_HostileFiles::file_data()
         << Case{bytesAt(custom, "a\xff" "b\n"), channel,
                 {{QStringLiteral("channel"), QStringLiteral("value"), QStringLiteral("a\uFFFDb")}}};
     QTest::newRow("channel marker: a folder") << Case{folder(custom), channel, channelChecks(QString(), true)};
+#ifndef Q_OS_WIN
     QTest::newRow("channel marker: a FIFO") << Case{fifo(custom), channel, channelChecks(QString(), true)};
+#endif
     Case markerUnreadable{unreadable(custom, "abc"), channel, channelChecks(QString(), true)};
     markerUnreadable.honourPermissions = true;
     QTest::newRow("channel marker: unreadable") << markerUnreadable;
 
     // --- the analytics spool, which a crash report writes to: opening a FIFO for writing
     // would wait for a reader.
+#ifndef Q_OS_WIN
     Case spoolFifo{fifo(QStringLiteral("data/zvprobe/analytics-spool.jsonl")),
                    {QStringLiteral("prop:CrashDataCollection=string:crash-label"), QStringLiteral("startfeedback:1"),
                     QStringLiteral("properties")},
@@ -467,6 +484,7 @@ void tst_HostileFiles::file_data()
         QVERIFY(S_ISFIFO(info.st_mode));
     };
     QTest::newRow("analytics spool: a FIFO") << spoolFifo;
+#endif
 }
 
 void tst_HostileFiles::file()
@@ -520,7 +538,18 @@ void tst_HostileFiles::file()
     QVERIFY2(run.elapsedMs <= timeBudget,
              qPrintable(QStringLiteral("took %1 ms, budget %2 ms").arg(run.elapsedMs).arg(timeBudget)));
     const qint64 peakKb = qint64(memory.value(QStringLiteral("vmHwmKb")).toDouble());
-    const qint64 budgetKb = (96 * MB + qint64(c.memoryFactor * double(inputBytes))) / 1024;
+    qint64 baseBytes = 96 * MB;
+#ifdef Q_OS_WIN
+    // Under Wine a process's working set holds Wine's own libraries as well: the base is
+    // what a probe with no bad file at all peaks at here, plus the same headroom.
+    static const qint64 idlePeakKb = qint64(ProbeFolder()
+                                                .run({QStringLiteral("peakmemory")})
+                                                .report(QStringLiteral("peakmemory"))
+                                                .value(QStringLiteral("vmHwmKb"))
+                                                .toDouble());
+    baseBytes = qMax(baseBytes, idlePeakKb * 1024 + 48 * MB);
+#endif
+    const qint64 budgetKb = (baseBytes + qint64(c.memoryFactor * double(inputBytes))) / 1024;
     qInfo("%lld bytes in, %lld ms, peak %lld kB (budget %lld kB)", inputBytes, run.elapsedMs, peakKb, budgetKb);
     if (!sanitizer.isEmpty())
         return;

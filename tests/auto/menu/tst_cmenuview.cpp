@@ -21,8 +21,10 @@
 #include <cerrno>
 #include <cstring>
 
+#ifndef Q_OS_WIN
 #include <sys/stat.h>
 #include <sys/types.h>
+#endif
 
 namespace {
 
@@ -836,6 +838,9 @@ void tst_CMenuView::unreadableLinkFile()
 void tst_CMenuView::linkFileInAPipe()
 {
     // Opening a FIFO for reading would wait for a writer for ever.
+#ifdef Q_OS_WIN
+    QSKIP("Windows has no FIFOs in the file system");
+#else
     ProbeFolder product;
     QVERIFY(QDir().mkpath(product.file(QStringLiteral("language/main"))));
     QCOMPARE(::mkfifo(QFile::encodeName(product.file(kLinkFile)).constData(), 0600), 0);
@@ -851,6 +856,7 @@ void tst_CMenuView::linkFileInAPipe()
     const QJsonObject r = run.report(QStringLiteral("menu"));
     QCOMPARE(r.value(QStringLiteral("menuName")).toString(), QStringLiteral("titleMenu"));
     QVERIFY(r.value(QStringLiteral("actions")).toArray().isEmpty());
+#endif
 }
 
 void tst_CMenuView::unreadableForPermissions()

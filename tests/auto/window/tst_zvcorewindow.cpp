@@ -110,6 +110,18 @@ ZVMainWindowTitle* titleOf(ZVCoreWindow* window)
     return qobject_cast<ZVMainWindowTitle*>(window->GetTitleWidget());
 }
 
+#ifdef Q_OS_WIN
+// On Windows the layered shadow is a native window of its own class, not a Qt widget;
+// it needs the "windows" platform, and the Windows build's wine-display cases check it
+// there.
+const char kNativeShadowOnWindows[] = "the layered shadow is a native window on Windows (the wine-display shadow and two-windows cases check it)";
+
+// No Qt widget is ever a shadow on Windows.
+QWidget* shadowOf(const QWidget*)
+{
+    return nullptr;
+}
+#else
 CShadowWindowQt* shadowOf(const QWidget* window)
 {
     for (QWidget* w : QApplication::topLevelWidgets()) {
@@ -119,6 +131,7 @@ CShadowWindowQt* shadowOf(const QWidget* window)
     }
     return nullptr;
 }
+#endif
 
 // The layered shadow bitmap of a rectangular window as the window system would show it:
 // top row first.
@@ -550,6 +563,10 @@ void tst_ZVCoreWindow::hitTest()
     QCOMPARE(window->geometry(), kWindowRect);
 
     if (maximised) {
+#ifdef Q_OS_WIN
+        QSKIP("on Windows the margin of a maximised window follows WM_SIZE, which the offscreen platform never sends "
+              "(the wine-display case maximize drives the maximised hit test)");
+#endif
         window->showMaximized();
         QTRY_VERIFY(window->isMaximized());
         QTRY_COMPARE(window->frameGeometry(), window->screen()->availableGeometry());
@@ -771,6 +788,9 @@ void tst_ZVCoreWindow::menuBarMnemonicOpensTheMenu()
 
 void tst_ZVCoreWindow::windowMenuEntriesFollowTheState()
 {
+#ifdef Q_OS_WIN
+    QSKIP("on Windows the window menu is the system menu; the frame builds its own only for X11 and Wayland");
+#endif
     using ZVUIFramework::CWindowMenu;
     auto window = hostWindow();
     QVERIFY(window);
@@ -830,6 +850,9 @@ void tst_ZVCoreWindow::windowMenuEntriesFollowTheState()
 
 void tst_ZVCoreWindow::windowMenuOpensFromTheTitleAndAltSpace()
 {
+#ifdef Q_OS_WIN
+    QSKIP("on Windows the window menu is the system menu; the frame builds its own only for X11 and Wayland");
+#endif
     using ZVUIFramework::CWindowMenu;
     auto window = hostWindow();
     QVERIFY(window);
@@ -869,6 +892,7 @@ void tst_ZVCoreWindow::windowMenuOpensFromTheTitleAndAltSpace()
     QTRY_VERIFY(window->isMinimized());
 }
 
+#ifndef Q_OS_WIN
 int shadowWindowCount()
 {
     int count = 0;
@@ -876,6 +900,7 @@ int shadowWindowCount()
         count += qobject_cast<CShadowWindowQt*>(w) ? 1 : 0;
     return count;
 }
+#endif
 
 void tst_ZVCoreWindow::twoWindowsOpenAndCloseInAnyOrder_data()
 {
@@ -897,6 +922,9 @@ void tst_ZVCoreWindow::twoWindowsOpenAndCloseInAnyOrder_data()
 
 void tst_ZVCoreWindow::twoWindowsOpenAndCloseInAnyOrder()
 {
+#ifdef Q_OS_WIN
+    QSKIP(kNativeShadowOnWindows);
+#else
     // Each window keeps its own layered shadow; the one that stays goes on moving,
     // resizing and maximising with its shadow after the other has gone (the address
     // sanitizer lane sees any use of a deleted shadow).
@@ -930,6 +958,7 @@ void tst_ZVCoreWindow::twoWindowsOpenAndCloseInAnyOrder()
     staying.reset();
     QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     QCOMPARE(shadowWindowCount(), 0);
+#endif
 }
 
 void tst_ZVCoreWindow::hitTestOnAScaledScreen()
@@ -1016,6 +1045,9 @@ void tst_ZVCoreWindow::getTitleWidgetReturnsTheTitle()
 
 void tst_ZVCoreWindow::setButtonMaximizedHideTogglesTheHintAndTheButton()
 {
+#ifdef Q_OS_WIN
+    QSKIP("on Windows the maximise box is a style bit of the native window, which the offscreen platform has none of");
+#endif
     auto window = hostWindow();
     QVERIFY(window);
     auto* max = window->GetTitleWidget()->findChild<QPushButton*>(QStringLiteral("btn_max"));
@@ -1164,6 +1196,9 @@ void tst_ZVCoreWindow::repaintsMatchTheDrawingSteps()
 
 void tst_ZVCoreWindow::maximisingRemovesTheMarginAndRestoringBringsItBack()
 {
+#ifdef Q_OS_WIN
+    QSKIP("on Windows the margin follows WM_SIZE, which the offscreen platform never sends (the wine-display case shadow-qt checks it)");
+#endif
     auto window = hostWindow();
     QVERIFY(window);
     QCOMPARE(window->contentsMargins(), QMargins(5, 5, 5, 5));
@@ -1183,6 +1218,9 @@ void tst_ZVCoreWindow::maximisingRemovesTheMarginAndRestoringBringsItBack()
 
 void tst_ZVCoreWindow::marginFlagIsProcessWide()
 {
+#ifdef Q_OS_WIN
+    QSKIP("on Windows the margin follows WM_SIZE, which the offscreen platform never sends (the wine-display case shadow-qt checks it)");
+#endif
     auto first = hostWindow();
     QVERIFY(first);
     HostWindow second;
@@ -1220,6 +1258,9 @@ void tst_ZVCoreWindow::layeredModeLeavesTheMarginAlone()
 
 void tst_ZVCoreWindow::layeredModeBuildsTheShadowWindow()
 {
+#ifdef Q_OS_WIN
+    QSKIP(kNativeShadowOnWindows);
+#else
     qApp->setProperty("QtBasedShadow", false);
     auto window = hostWindow();
     QVERIFY(window);
@@ -1236,20 +1277,28 @@ void tst_ZVCoreWindow::layeredModeBuildsTheShadowWindow()
     QTRY_COMPARE(shadow->geometry(), kWindowRect.adjusted(-5, -5, 5, 5));
     QCOMPARE(shadow->windowHandle()->transientParent(), window->windowHandle());
     QTRY_COMPARE(shadow->shadowImage(), expectedShadow(QSize(800, 600), coreWindowShadowSettings()));
+#endif
 }
 
 void tst_ZVCoreWindow::destructorDeletesTheLayeredShadow()
 {
+#ifdef Q_OS_WIN
+    QSKIP(kNativeShadowOnWindows);
+#else
     qApp->setProperty("QtBasedShadow", false);
     auto window = std::make_unique<HostWindow>();
     QPointer<CShadowWindowQt> shadow = shadowOf(window.get());
     QVERIFY(shadow);
     window.reset();
     QVERIFY(shadow.isNull());
+#endif
 }
 
 void tst_ZVCoreWindow::paintedWindowLeavesTheLayeredShadowAlone()
 {
+#ifdef Q_OS_WIN
+    QSKIP(kNativeShadowOnWindows);
+#else
     qApp->setProperty("QtBasedShadow", false);
     auto layered = std::make_unique<HostWindow>();
     QPointer<CShadowWindowQt> shadow = shadowOf(layered.get());
@@ -1263,10 +1312,12 @@ void tst_ZVCoreWindow::paintedWindowLeavesTheLayeredShadowAlone()
     QCOMPARE(shadowOf(layered.get()), shadow.data());
     layered.reset();
     QVERIFY(shadow.isNull());
+#endif
 }
 
 // --- the shadow window -------------------------------------------------------------------
 
+#ifndef Q_OS_WIN
 namespace {
 
 struct ShadedWindow
@@ -1292,9 +1343,13 @@ struct ShadedWindow
 };
 
 } // namespace
+#endif
 
 void tst_ZVCoreWindow::shadowWindowIsClickThroughTranslucentAndFrameless()
 {
+#ifdef Q_OS_WIN
+    QSKIP(kNativeShadowOnWindows);
+#else
     CShadowWindowQt shadow;
     const Qt::WindowFlags flags = shadow.windowFlags();
     QCOMPARE(shadow.windowType(), Qt::Tool);
@@ -1311,10 +1366,14 @@ void tst_ZVCoreWindow::shadowWindowIsClickThroughTranslucentAndFrameless()
     QCOMPARE(s.darkness, 150u);
     QCOMPARE(s.xOffset, 5);
     QCOMPARE(s.yOffset, 5);
+#endif
 }
 
 void tst_ZVCoreWindow::shadowWindowFollowsItsWindow()
 {
+#ifdef Q_OS_WIN
+    QSKIP(kNativeShadowOnWindows);
+#else
     ShadedWindow s;
     // Created for a hidden window, it waits for the window to show.
     s.shadow.Create(&s.window);
@@ -1330,10 +1389,14 @@ void tst_ZVCoreWindow::shadowWindowFollowsItsWindow()
     QTRY_COMPARE(s.shadow.geometry(), s.window.frameGeometry().adjusted(-5, -5, 5, 5));
     QTRY_VERIFY(!s.shadow.updatePending());
     QVERIFY(s.shadow.updateCount() >= 1);
+#endif
 }
 
 void tst_ZVCoreWindow::shadowWindowImageIsTheShadowBitmap()
 {
+#ifdef Q_OS_WIN
+    QSKIP(kNativeShadowOnWindows);
+#else
     ShadedWindow s;
     QVERIFY(s.showBoth());
     const QImage expected = expectedShadow(QSize(800, 600), coreWindowShadowSettings());
@@ -1352,10 +1415,14 @@ void tst_ZVCoreWindow::shadowWindowImageIsTheShadowBitmap()
     }
     QVERIFY(darkest > 0);
     QVERIFY(darkest <= 40);
+#endif
 }
 
 void tst_ZVCoreWindow::shadowWindowMoveOnlyRepositions()
 {
+#ifdef Q_OS_WIN
+    QSKIP(kNativeShadowOnWindows);
+#else
     ShadedWindow s;
     QVERIFY(s.showBoth());
     QTRY_VERIFY(!s.shadow.updatePending());
@@ -1367,10 +1434,14 @@ void tst_ZVCoreWindow::shadowWindowMoveOnlyRepositions()
     QCoreApplication::processEvents();
     QCOMPARE(s.shadow.updateCount(), before);
     QCOMPARE(s.shadow.shadowImage(), image);
+#endif
 }
 
 void tst_ZVCoreWindow::shadowWindowShrinkingRedrawsAtOnceGrowingAtPaint()
 {
+#ifdef Q_OS_WIN
+    QSKIP(kNativeShadowOnWindows);
+#else
     ShadedWindow s;
     QVERIFY(s.showBoth());
     QTRY_VERIFY(!s.shadow.updatePending());
@@ -1397,10 +1468,14 @@ void tst_ZVCoreWindow::shadowWindowShrinkingRedrawsAtOnceGrowingAtPaint()
     QCOMPARE(s.shadow.updateCount(), settled + 2);
     QCOMPARE(s.shadow.geometry(), QRect(95, 95, 760, 570));
     QCOMPARE(s.shadow.shadowImage(), expectedShadow(QSize(750, 560), coreWindowShadowSettings()));
+#endif
 }
 
 void tst_ZVCoreWindow::shadowWindowHidesForMaximisedAndMinimised()
 {
+#ifdef Q_OS_WIN
+    QSKIP(kNativeShadowOnWindows);
+#else
     ShadedWindow s;
     QVERIFY(s.showBoth());
     QTRY_VERIFY(s.shadow.isVisible());
@@ -1421,10 +1496,14 @@ void tst_ZVCoreWindow::shadowWindowHidesForMaximisedAndMinimised()
 
     s.window.showNormal();
     QTRY_VERIFY(s.shadow.isVisible());
+#endif
 }
 
 void tst_ZVCoreWindow::shadowWindowHidesWithItsWindow()
 {
+#ifdef Q_OS_WIN
+    QSKIP(kNativeShadowOnWindows);
+#else
     ShadedWindow s;
     QVERIFY(s.showBoth());
     QTRY_VERIFY(s.shadow.isVisible());
@@ -1435,6 +1514,7 @@ void tst_ZVCoreWindow::shadowWindowHidesWithItsWindow()
     QTRY_VERIFY(s.shadow.isVisible());
     QCOMPARE(s.shadow.status(),
              int(CShadowWindowQt::Enabled | CShadowWindowQt::Visible | CShadowWindowQt::ParentVisible));
+#endif
 }
 
 void tst_ZVCoreWindow::shadowWindowSettersRefuseOutOfRange_data()
@@ -1458,6 +1538,9 @@ void tst_ZVCoreWindow::shadowWindowSettersRefuseOutOfRange_data()
 
 void tst_ZVCoreWindow::shadowWindowSettersRefuseOutOfRange()
 {
+#ifdef Q_OS_WIN
+    QSKIP(kNativeShadowOnWindows);
+#else
     QFETCH(QString, setter);
     QFETCH(int, a);
     QFETCH(int, b);
@@ -1490,6 +1573,7 @@ void tst_ZVCoreWindow::shadowWindowSettersRefuseOutOfRange()
         QCOMPARE(s.shadow.updateCount(), count + 1);
         QCOMPARE(s.shadow.shadowImage(), expectedShadow(QSize(800, 600), after));
     }
+#endif
 }
 
 // --- the frame driven by the mouse -------------------------------------------------------
@@ -1517,6 +1601,9 @@ void tst_ZVCoreWindow::cursorShowsTheBorder_data()
 
 void tst_ZVCoreWindow::cursorShowsTheBorder()
 {
+#ifdef Q_OS_WIN
+    QSKIP("on Windows the system shows the border cursors from the hit-test answers");
+#endif
     QFETCH(bool, layered);
     QFETCH(QPoint, pos);
     QFETCH(int, shape);
@@ -1567,6 +1654,9 @@ void tst_ZVCoreWindow::borderPressResizesWithinLimits_data()
 
 void tst_ZVCoreWindow::borderPressResizesWithinLimits()
 {
+#ifdef Q_OS_WIN
+    QSKIP("on Windows the system resizes from the hit-test answers (the wine-display resize case drives it)");
+#endif
     QFETCH(QPoint, press);
     QFETCH(QPoint, to);
     QFETCH(QRect, expected);
@@ -1609,6 +1699,9 @@ void tst_ZVCoreWindow::fixedWindowIgnoresBorderPresses()
 
 void tst_ZVCoreWindow::titleDragMovesAfterTheThresholdKeepingTheDistance()
 {
+#ifdef Q_OS_WIN
+    QSKIP("on Windows the system moves the window from the caption hit-test answer (the wine-display drag cases drive it)");
+#endif
     auto window = hostWindow();
     QVERIFY(window);
     const QPoint grip = emptyTitlePoint(window.get());
@@ -1631,6 +1724,9 @@ void tst_ZVCoreWindow::titleDragMovesAfterTheThresholdKeepingTheDistance()
 
 void tst_ZVCoreWindow::doubleClickOnTheTitleMaximisesAndRestores()
 {
+#ifdef Q_OS_WIN
+    QSKIP("on Windows the system maximises on a double click on the caption (the wine-display maximize case drives it)");
+#endif
     auto window = hostWindow();
     QVERIFY(window);
     mouseDoubleClick(window.get(), emptyTitlePoint(window.get()));

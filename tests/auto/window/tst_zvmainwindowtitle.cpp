@@ -152,7 +152,7 @@ ZVCustomEventSendObj* bus()
 
 QString appPath(const ProbeFolder& product)
 {
-    return QFileInfo(product.file(QStringLiteral("zvprobe"))).canonicalFilePath();
+    return QFileInfo(product.file(QStringLiteral("zvprobe") + ProbeFolder::exeSuffix())).canonicalFilePath();
 }
 
 QList<QJsonObject> titleReports(const ProbeRun& run)
