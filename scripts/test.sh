@@ -9,12 +9,16 @@
 # (ZVCORE_DEVELOPER_BUILD=ON) and its whole test suite (unit, package, display and
 # windows lanes) once per Qt major version: build/dev against Qt 5, build/dev-qt6
 # against Qt 6, each ending with its ctest summary, Qt 6's last. Exits non-zero when any
-# lane of any tree failed.
+# lane of any tree failed. Last the windows-qt lanes, once per Qt major version: the
+# Windows build (scripts/windows.sh; Qt for Windows is built once per machine, about 15
+# minutes each, and cached) with every unit test under Wine, each ending with its ctest
+# summary.
 #
 #   ZVCORE_SANITIZER_LANES=0   only the developer builds and their tests
 #   ZVCORE_FUZZ_SECONDS=<n>    seconds per fuzz target (default 25)
-#   ZVCORE_TEST_QT="5 6"       the Qt major versions whose developer build runs (default
-#                              both)
+#   ZVCORE_TEST_QT="5 6"       the Qt major versions whose developer build and windows-qt
+#                              lane run (default both)
+#   ZVCORE_WINDOWS_QT_LANES=0  no windows-qt lanes
 set -euo pipefail
 root=$(cd "$(dirname "${BASH_SOURCE[0]}")/.." && pwd)
 # shellcheck source=deps.sh
@@ -146,6 +150,27 @@ for major in "${majors[@]}"; do
         summaries+=("Qt $major  passed  $summary")
     fi
 done
+# The Windows build of each Qt version, under Wine.
+windows_lines=()
+if [ "${ZVCORE_WINDOWS_QT_LANES:-1}" != 0 ]; then
+    for major in "${majors[@]}"; do
+        echo "==> Lane windows-qt (Qt $major): the Windows build under Wine"
+        log="$root/build/windows-qt$major.lane.log"
+        mkdir -p "$root/build"
+        lane_status=0
+        bash "$root/scripts/windows.sh" --qt "$major" test 2>&1 | tee "$log" || lane_status=1
+        summary=$(grep -E 'tests passed|No tests were found' "$log" | tail -n 1 || true)
+        if [ "$lane_status" -ne 0 ] || [ -z "$summary" ] || [[ "$summary" == *"No tests were found"* ]]; then
+            status=1
+            windows_lines+=("windows-qt (Qt $major)  FAILED  ${summary:-the lane did not run}")
+        else
+            windows_lines+=("windows-qt (Qt $major)  passed  $summary")
+        fi
+    done
+fi
+
+echo "==> Summary"
+printf '    %s\n' "${lane_lines[@]}" "${summaries[@]}" "${windows_lines[@]}"
 if [ "$status" -eq 0 ] && [ "$lanes_failed" -ne 0 ]; then
     status=1
 fi
