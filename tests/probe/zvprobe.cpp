@@ -81,6 +81,7 @@
 #include <QtCore/QJsonDocument>
 #include <QtCore/QJsonObject>
 #include <QtCore/QPointer>
+#include <QtCore/QThread>
 #include <QtCore/QTimer>
 #include <QtGui/QCursor>
 #include <QtGui/QDesktopServices>
@@ -922,6 +923,17 @@ bool run(const QString& command)
             crash_here();
         } else if (rest == QLatin1String("segv-thread")) {
             std::thread(crash_here).join();
+        } else if (rest == QLatin1String("segv-qthread")) {
+            // On a QThread, while the GUI thread runs its event loop.
+            QThread* thread = QThread::create(crash_here);
+            thread->start();
+            QEventLoop loop;
+            loop.exec();
+        } else if (rest == QLatin1String("segv-eventloop")) {
+            // On the GUI thread, from a timer of the running event loop.
+            QTimer::singleShot(100, [] { crash_here(); });
+            QEventLoop loop;
+            loop.exec();
         } else if (rest == QLatin1String("abort")) {
             std::abort();
         } else if (rest == QLatin1String("fpe")) {

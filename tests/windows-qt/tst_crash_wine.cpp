@@ -1,0 +1,77 @@
+// The crash filter inside a running Qt program of the Windows build, under Wine: a fault
+// on the GUI thread (from a timer of its event loop) and one on a QThread. Each writes one
+// crashcore.dmp, starts Feedback.exe once with the crash-mode arguments and runs the
+// host's callback once. The dumps are copied to ZV_DUMP_DIR/<case>/ for the Linux side,
+// whose lldb opens them (wine.crash.dumps).
+#include "probe.h"
+
+#include <QtTest/QtTest>
+
+#include <windows.h>
+
+namespace {
+
+const QString kCrashMail = QStringLiteral("crash@example.com");
+
+QStringList setUp(const ProbeFolder& product)
+{
+    return {QStringLiteral("crashhandle"), QStringLiteral("setcrashmail:") + kCrashMail,
+            QStringLiteral("setuser:user@example.com"), QStringLiteral("setsend:send@example.com|pwd"),
+            QStringLiteral("crashcallback:") + product.file(QStringLiteral("callback.txt"))};
+}
+
+QByteArray readAll(const QString& path)
+{
+    QFile f(path);
+    return f.open(QIODevice::ReadOnly) ? f.readAll() : QByteArray();
+}
+
+} // namespace
+
+class tst_CrashWine : public QObject
+{
+    Q_OBJECT
+
+private slots:
+    void crashInARunningProgram_data()
+    {
+        QTest::addColumn<QString>("where");
+        QTest::newRow("GUI thread, from the event loop") << "eventloop";
+        QTest::newRow("a QThread") << "qthread";
+    }
+
+    void crashInARunningProgram()
+    {
+        QFETCH(QString, where);
+        ProbeFolder product;
+        QVERIFY(product.isValid());
+        QVERIFY(product.installStandIns({QStringLiteral("Feedback")}));
+        // With Qt's own Windows platform, as the host runs.
+        qputenv("QT_QPA_PLATFORM", "windows");
+        const ProbeFolder::Death death =
+            product.runUntilDeath(setUp(product) << QStringLiteral("crash:segv-") + where);
+        qunsetenv("QT_QPA_PLATFORM");
+        // The process ends with the access violation the filter passed on.
+        QCOMPARE(quint32(death.signal), quint32(EXCEPTION_ACCESS_VIOLATION));
+
+        const QString dump = product.file(QStringLiteral("crashcore.dmp"));
+        QCOMPARE(readAll(dump).left(4), QByteArray("MDMP"));
+        QCOMPARE(readAll(product.file(QStringLiteral("callback.txt"))).trimmed(),
+                 QByteArray::number(qint32(EXCEPTION_ACCESS_VIOLATION)));
+
+        const QList<QStringList> starts = product.standInStarts(QStringLiteral("Feedback"), 2, 3000);
+        QCOMPARE(starts.size(), 1);
+        const QString program = QFileInfo(product.file(QStringLiteral("zvprobe.exe"))).canonicalFilePath();
+        QCOMPARE(starts.first(), (QStringList{kCrashMail, program, QStringLiteral("user@example.com"),
+                                              QStringLiteral("send@example.com"), QStringLiteral("pwd"),
+                                              QStringLiteral("0")}));
+
+        const QString kept = QStringLiteral(ZV_DUMP_DIR "/") + where;
+        QDir(kept).removeRecursively();
+        QVERIFY(QDir().mkpath(kept));
+        QVERIFY(QFile::copy(dump, kept + QStringLiteral("/crashcore.dmp")));
+    }
+};
+
+QTEST_GUILESS_MAIN(tst_CrashWine)
+#include "tst_crash_wine.moc"
