@@ -45,6 +45,10 @@ else
         "${ZV_TEST_PACKAGES[@]}" "${ZV_SANITIZER_PACKAGES[@]}"
 fi
 jobs=$(nproc)
+# ccache finds the objects of another clone of the tree, or of this one moved: paths below
+# the root are taken relative, and the build folder is not part of what it compares.
+export CCACHE_BASEDIR="${CCACHE_BASEDIR:-$root}"
+export CCACHE_NOHASHDIR="${CCACHE_NOHASHDIR:-1}"
 
 lane_lines=()
 lanes_failed=0

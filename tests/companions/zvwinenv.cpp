@@ -2,42 +2,14 @@
 //
 //   zvwinenv NAME=VALUE... -- program [arguments...]
 //
-// A VALUE may name variables as %NAME%, e.g. PATH=C:\\tools;%PATH%.
-// The Windows build's tests run under Wine, which does not hand variables such as
+// A VALUE may name variables as %NAME%, e.g. PATH=C:\\tools;%PATH%. The Windows build's tests run under Wine, which does not hand variables such as
 // QT_QPA_PLATFORM from the Linux side to Windows programs; this sets them inside.
+#include "commandline.h"
+
 #include <windows.h>
 
 #include <cwchar>
 #include <string>
-
-namespace {
-
-// One argument quoted so that CommandLineToArgvW and the C runtime read it back as it is.
-std::wstring quoted(const wchar_t *argument)
-{
-    std::wstring text(argument);
-    if (!text.empty() && text.find_first_of(L" \t\n\v\"") == std::wstring::npos)
-        return text;
-    std::wstring out = L"\"";
-    size_t backslashes = 0;
-    for (wchar_t c : text) {
-        if (c == L'\\') {
-            ++backslashes;
-            continue;
-        }
-        if (c == L'"')
-            out.append(backslashes * 2 + 1, L'\\');
-        else
-            out.append(backslashes, L'\\');
-        backslashes = 0;
-        out.push_back(c);
-    }
-    out.append(backslashes * 2, L'\\');
-    out.push_back(L'"');
-    return out;
-}
-
-} // namespace
 
 int wmain(int argc, wchar_t **argv)
 {
@@ -65,7 +37,7 @@ int wmain(int argc, wchar_t **argv)
     for (int i = index + 1; i < argc; ++i) {
         if (!commandLine.empty())
             commandLine.push_back(L' ');
-        commandLine += quoted(argv[i]);
+        commandLine += zvwin::QuoteArgument(argv[i]);
     }
     // The program writes where this one does: its standard handles are passed on.
     STARTUPINFOW startup = {};

@@ -178,6 +178,16 @@ public:
     }
 #endif
 
+    // The commands that arm the crash handler as a host does: crash mail \a crashMail, user
+    // "user@example.com", sender "send@example.com" with password "pwd", and a callback
+    // that writes the signal or exception code it gets to callback.txt beside the probe.
+    QStringList crashHandlerSetUp(const QString& crashMail) const
+    {
+        return {QStringLiteral("crashhandle"), QStringLiteral("setcrashmail:") + crashMail,
+                QStringLiteral("setuser:user@example.com"), QStringLiteral("setsend:send@example.com|pwd"),
+                QStringLiteral("crashcallback:") + file(QStringLiteral("callback.txt"))};
+    }
+
     bool isValid() const { return m_tmp.isValid() && QFileInfo(m_program).isExecutable(); }
     QString path() const { return m_path; }
     QString file(const QString& relative) const { return m_path + QLatin1Char('/') + relative; }

@@ -33,28 +33,16 @@ cleanup() {
     fi
     [ -n "$work" ] && rm -rf "$work"
 }
+# shellcheck source=wineprefix.sh
+. "$here/wineprefix.sh"
 if [ -z "${DISPLAY:-}" ]; then
     work=$(mktemp -d "${TMPDIR:-/tmp}/zvwindemo.XXXXXX") || exit 1
-    Xvfb -displayfd 3 -screen 0 1920x1080x24 -nolisten tcp 3>"$work/display" 2>"$work/xvfb.log" &
-    xvfb_pid=$!
-    tries=0
-    while ! grep -q '^[0-9][0-9]*$' "$work/display" 2>/dev/null; do
-        tries=$((tries + 1))
-        if [ $tries -gt 200 ] || ! kill -0 "$xvfb_pid" 2>/dev/null; then
-            echo "Xvfb reported no display" >&2
-            cleanup
-            exit 1
-        fi
-        sleep 0.1
-    done
-    export DISPLAY=":$(cat "$work/display")"
+    zv_start_xvfb "$work" 1920x1080x24 || { cleanup; exit 1; }
     echo "no display: the program runs on a private Xvfb, $DISPLAY" >&2
 fi
 trap cleanup EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
-# shellcheck source=wineprefix.sh
-. "$here/wineprefix.sh"
 mkdir -p "$prefix"
 scratch=$(mktemp -d "${TMPDIR:-/tmp}/zvwinprefix.XXXXXX") || exit 1
 zv_wine_prefix "$scratch" >&2 || exit 1

@@ -65,29 +65,15 @@ trap cleanup EXIT
 trap 'exit 130' INT
 trap 'exit 143' TERM
 
-# Xvfb picks a free display and writes its number to the descriptor given; the screen is
-# ZV_XVFB_SCREEN (width x height x depth) when set.
-Xvfb -displayfd 3 -screen 0 "${ZV_XVFB_SCREEN:-1280x1024x24}" -nolisten tcp -noreset 3>"$work/display" 2>"$work/xvfb.log" &
-xvfb_pid=$!
-tries=0
-while ! grep -q '^[0-9][0-9]*$' "$work/display" 2>/dev/null; do
-    tries=$((tries + 1))
-    if [ $tries -gt 200 ] || ! kill -0 "$xvfb_pid" 2>/dev/null; then
-        echo "Xvfb reported no display:" >&2
-        cat "$work/xvfb.log" >&2
-        exit 1
-    fi
-    sleep 0.1
-done
-export DISPLAY=":$(cat "$work/display")"
+# shellcheck source=wineprefix.sh
+. "$(dirname "$0")/wineprefix.sh"
+# The screen is ZV_XVFB_SCREEN (width x height x depth) when set.
+zv_start_xvfb "$work" "${ZV_XVFB_SCREEN:-1280x1024x24}" || exit 1
 echo "Xvfb on $DISPLAY (pid $xvfb_pid), WINEPREFIX=$WINEPREFIX"
 
 prefix_used=1
-# shellcheck source=wineprefix.sh
-. "$(dirname "$0")/wineprefix.sh"
 zv_wine_prefix "$work" || exit 1
 
-prefix_used=1
 # One server for the whole run: without it each test program would start a server and
 # the session's services anew. The cleanup above stops it.
 wineserver -p

@@ -1,9 +1,29 @@
-# Sourced: zv_wine_prefix <scratch folder> makes $WINEPREFIX ready, once.
+# Sourced by the scripts that run Windows programs under Wine:
+#   zv_start_xvfb <scratch folder> <screen>  starts a private Xvfb (width x height x depth),
+#                                            sets DISPLAY and xvfb_pid
+#   zv_wine_prefix <scratch folder>          makes $WINEPREFIX ready, once
 #
 # The prefix is this lane's own: "owned" is written before wineboot starts, "ready" once
 # it is done. An owned prefix that is not ready was cut short and is made anew; a folder
 # that is not ours is never removed. Needs DISPLAY (Wine's X11 driver), WINEPREFIX and
 # WINEDEBUG set by the caller.
+zv_start_xvfb() {
+    # Xvfb picks a free display and writes its number to the descriptor given.
+    Xvfb -displayfd 3 -screen 0 "$2" -nolisten tcp -noreset 3>"$1/display" 2>"$1/xvfb.log" &
+    xvfb_pid=$!
+    tries=0
+    while ! grep -q '^[0-9][0-9]*$' "$1/display" 2>/dev/null; do
+        tries=$((tries + 1))
+        if [ $tries -gt 200 ] || ! kill -0 "$xvfb_pid" 2>/dev/null; then
+            echo "Xvfb reported no display:" >&2
+            cat "$1/xvfb.log" >&2
+            return 1
+        fi
+        sleep 0.1
+    done
+    export DISPLAY=":$(cat "$1/display")"
+}
+
 zv_wine_prefix() {
     owned="$WINEPREFIX/.zvcore-prefix-owned"
     ready="$WINEPREFIX/.zvcore-prefix-ready"

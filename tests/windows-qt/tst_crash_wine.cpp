@@ -15,9 +15,7 @@ const QString kCrashMail = QStringLiteral("crash@example.com");
 
 QStringList setUp(const ProbeFolder& product)
 {
-    return {QStringLiteral("crashhandle"), QStringLiteral("setcrashmail:") + kCrashMail,
-            QStringLiteral("setuser:user@example.com"), QStringLiteral("setsend:send@example.com|pwd"),
-            QStringLiteral("crashcallback:") + product.file(QStringLiteral("callback.txt"))};
+    return product.crashHandlerSetUp(kCrashMail);
 }
 
 QByteArray readAll(const QString& path)

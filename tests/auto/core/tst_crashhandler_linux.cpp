@@ -31,9 +31,7 @@ QStringList crashArguments(const ProbeFolder& product)
 
 QStringList setUp(const ProbeFolder& product)
 {
-    return {QStringLiteral("crashhandle"), QStringLiteral("setcrashmail:") + kCrashMail,
-            QStringLiteral("setuser:user@example.com"), QStringLiteral("setsend:send@example.com|pwd"),
-            QStringLiteral("crashcallback:") + product.file(QStringLiteral("callback.txt"))};
+    return product.crashHandlerSetUp(kCrashMail);
 }
 
 bool isMinidump(const QString& path)
