@@ -10,9 +10,9 @@
 # windows lanes) once per Qt major version: build/dev against Qt 5, build/dev-qt6
 # against Qt 6, each ending with its ctest summary, Qt 6's last. Exits non-zero when any
 # lane of any tree failed. Last the windows-qt lanes, once per Qt major version: the
-# Windows build (scripts/windows.sh; Qt for Windows is built once per machine, about 15
-# minutes each, and cached) with every unit test under Wine, each ending with its ctest
-# summary.
+# Windows build (scripts/windows.sh; Qt for Windows is built once per machine and cached,
+# some 20 minutes for Qt 5 and 25 for Qt 6 on two cores) with every unit test under Wine,
+# each ending with its ctest summary; a summary of every lane closes the run.
 #
 #   ZVCORE_SANITIZER_LANES=0   only the developer builds and their tests
 #   ZVCORE_FUZZ_SECONDS=<n>    seconds per fuzz target (default 25)
