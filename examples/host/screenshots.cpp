@@ -145,6 +145,13 @@ int runAll(const QString& folder)
 
     QProcessEnvironment environment = QProcessEnvironment::systemEnvironment();
     environment.insert(QStringLiteral("QT_QPA_PLATFORM"), QStringLiteral("offscreen"));
+#ifdef Q_OS_WIN
+    // Qt's offscreen platform on Windows reads fonts from a folder, by default one inside
+    // Qt's own installation that holds none: it is pointed at the system's fonts.
+    if (!environment.contains(QStringLiteral("QT_QPA_FONTDIR")))
+        environment.insert(QStringLiteral("QT_QPA_FONTDIR"),
+                           QDir::fromNativeSeparators(qEnvironmentVariable("WINDIR")) + QStringLiteral("/Fonts"));
+#endif
 
     int status = 0;
     for (const QString skin : {QStringLiteral("light"), QStringLiteral("dark")}) {
