@@ -230,9 +230,9 @@ void settle(int ms)
     loop.exec();
 }
 
-int runPair(QApplication& app, const QString& spec)
+int runPair(QApplication& app, const QString& modes)
 {
-    const QStringList parts = spec.split(QLatin1Char(','));
+    const QStringList parts = modes.split(QLatin1Char(','));
     if (parts.size() != 3)
         return 2;
     std::unique_ptr<HostWindow> windows[2];

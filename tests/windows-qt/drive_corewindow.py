@@ -341,8 +341,8 @@ def case_two_windows(exe):
     for first in ("layered", "qt"):
         for second in ("layered", "qt"):
             for order in ("first", "second"):
-                spec = "%s,%s,%s" % (first, second, order)
-                result = subprocess.run(["wine", exe, "--pair", spec], capture_output=True, text=True,
+                pairing = "%s,%s,%s" % (first, second, order)
+                result = subprocess.run(["wine", exe, "--pair", pairing], capture_output=True, text=True,
                                         timeout=60, cwd=os.path.dirname(exe))
                 lines = [l.strip() for l in result.stdout.splitlines() if l.strip()]
                 counts = [int(l.split()[1]) for l in lines if l.startswith("shadows ")]
@@ -350,8 +350,8 @@ def case_two_windows(exe):
                 staying = second if order == "first" else first
                 want = [layered, int(staying == "layered"), int(staying == "layered"), 0]
                 check(result.returncode == 0 and "pair done" in lines,
-                      "%s: ended with %d, output %r" % (spec, result.returncode, lines))
-                check(counts == want, "%s: shadow windows %r, expected %r" % (spec, counts, want))
+                      "%s: ended with %d, output %r" % (pairing, result.returncode, lines))
+                check(counts == want, "%s: shadow windows %r, expected %r" % (pairing, counts, want))
 
 
 CASES = {
