@@ -54,11 +54,11 @@ void currentUtcTime(std::int64_t* seconds, int* milliseconds) noexcept;
 ZVFOUNDATION_AUTOTEST_EXPORT QByteArray nativeSpoolPath(const QString& path);
 
 // Appends data, one or more whole lines, to the regular file at nativePath (from
-// nativeSpoolPath()), creating it readable and writable by its owner only, and flushes
-// it to disk. The writers take turns through a lock on the file, and a partial last
-// line left by a killed writer is cut off first; anything but a regular file at that
-// path (a FIFO, a folder) fails without waiting. Keeps errno (POSIX) or
-// the last error (Windows) as it was. False on any failure.
+// nativeSpoolPath()), creating it (on POSIX systems readable and writable by its owner
+// only), and flushes it to disk. The writers take turns through a lock on the file, and
+// a partial last line left by a killed writer is cut off first; anything but a regular
+// file at that path (a FIFO, a folder) fails without waiting. Keeps errno (POSIX) or the
+// last error (Windows) as it was. False on any failure.
 ZVFOUNDATION_AUTOTEST_EXPORT bool appendToSpool(const char* nativePath, const char* data,
                                                 std::size_t size) noexcept;
 

@@ -90,9 +90,10 @@ inline long BorderHitCode(int left, int top, int right, int bottom, int x, int y
 
 // The top of a core window, in QMainWindow's menu-widget slot: room for the title bar and,
 // below it, for the host's menu bar or menu widget. Both lie over their rooms as children
-// of the window itself, as QMainWindow keeps its menu bar. QMainWindow's own menu-bar functions, reached through a QMainWindow*,
-// may take the slot from it or have it deleted; it then takes their widget in and
-// returns to the slot (see ZVCoreWindow::event).
+// of the window itself, as QMainWindow keeps its menu bar. QMainWindow's own menu-bar
+// functions, reached through a QMainWindow*, may take the slot from it or have it
+// deleted; it then takes their widget in and returns to the slot (see
+// ZVCoreWindow::event).
 class CWindowTop : public QWidget
 {
 public:

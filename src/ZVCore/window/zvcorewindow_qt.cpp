@@ -161,7 +161,6 @@ void restartSystemMoveFrom(QWidget* window, const QPointF& globalPos)
 #endif
 }
 
-
 // Hands the window to the window manager for a move (keyboard \a move) or a resize by
 // keyboard, as a system's window menu does; false where no window manager takes it.
 bool startKeyboardMoveResize(QWidget* window, bool move)
