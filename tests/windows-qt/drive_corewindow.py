@@ -10,9 +10,11 @@ the pointer with xdotool, which reaches the window through Wine's X11 driver and
 frame's WM_NCHITTEST answers, and checks the status lines that follow.
 
 Cases: drag-title, drag-content, drag-button, resize, fixed-size, maximize, minimize,
-shadow-layered, shadow-qt, two-windows.
+shadow-layered, shadow-qt, shadow-pixels, two-windows.
 """
+import math
 import os
+import shutil
 import queue
 import subprocess
 import sys
@@ -336,6 +338,128 @@ def case_shadow_qt(exe):
     host.close()
 
 
+# The shadows' pixels, read back from the screen over a grey desktop while a compositing
+# manager blends the windows' alpha (without one the X server keeps none).
+DESKTOP_GREY = 128
+
+
+def screen():
+    """The whole screen: width, height and RGB bytes."""
+    data = subprocess.run(["import", "-window", "root", "-depth", "8", "ppm:-"], capture_output=True, check=True,
+                          timeout=30).stdout
+    fields, pos = [], 0
+    while len(fields) < 4:
+        while data[pos:pos + 1].isspace():
+            pos += 1
+        end = pos
+        while not data[end:end + 1].isspace():
+            end += 1
+        fields.append(data[pos:end])
+        pos = end
+    if fields[0] != b"P6" or fields[3] != b"255":
+        raise RuntimeError("import gave no 8-bit PPM picture")
+    width, height = int(fields[1]), int(fields[2])
+    return width, height, data[pos + 1:]
+
+
+def grey_at(picture, x, y):
+    width, _, rgb = picture
+    r, g, b = rgb[3 * (y * width + x):3 * (y * width + x) + 3]
+    return (r + g + b) // 3
+
+
+def over_grey(alpha):
+    """Black of this alpha blended over the desktop's grey."""
+    return DESKTOP_GREY * (255 - alpha) / 255.0
+
+
+def layered_ramp():
+    """The layered shadow beside the middle of an edge, at distances 1 to 5: the core
+    window's shadow has size 5, sharpness 5 and darkness 40, so its kernel gives
+    (1 - d / 6) * 40, truncated, at distance d."""
+    size, sharpness, darkness = 5, 5, 40
+    return [int((1 - d / (sharpness + 1.0)) * darkness) for d in range(1, size + 1)]
+
+
+def painted_ramp():
+    """The painted shadow at distances 1 to 5 outside the white background: five rings of
+    alpha (sqrt(5) - sqrt(i)) * 20, each an antialiased one-pixel line on a pixel border,
+    so that each pixel gets half of the two rings beside it, one drawn over the other."""
+    rings = [int((math.sqrt(5) - math.sqrt(i)) * 20.0) for i in range(5)] + [0]
+    ramp = []
+    for k in range(1, 6):
+        inner, outer = rings[k - 1] / 2.0, rings[k] / 2.0
+        ramp.append(inner + outer * (1 - inner / 255.0))
+    return ramp
+
+
+def check_ramp(picture, what, points, alphas):
+    """points: for each distance 1..n, the (x, y) of each edge; alphas: the expected alpha."""
+    for distance, (alpha, edge_points) in enumerate(zip(alphas, points), start=1):
+        want = over_grey(alpha)
+        for edge, (x, y) in edge_points.items():
+            got = grey_at(picture, x, y)
+            check(abs(got - want) <= 2, "%s, %s edge, %d pixel(s) out: grey %d, expected %.1f (alpha %.1f)"
+                  % (what, edge, distance, got, want, alpha))
+
+
+def edge_points(left, top, right, bottom, distance):
+    """The point at this distance outside the middle of each edge of the rectangle whose
+    outermost pixels are at left, top, right and bottom."""
+    mid_x, mid_y = (left + right) // 2, (top + bottom) // 2
+    return {"left": (left - distance, mid_y), "right": (right + distance, mid_y),
+            "top": (mid_x, top - distance), "bottom": (mid_x, bottom + distance)}
+
+
+def case_shadow_pixels(exe):
+    if not shutil.which("xcompmgr") or not shutil.which("import") or not shutil.which("xsetroot"):
+        print("SKIPPED: the shadows' pixels need xcompmgr, xsetroot and ImageMagick's import")
+        raise SystemExit(77)
+    subprocess.run(["xsetroot", "-solid", "#%02x%02x%02x" % ((DESKTOP_GREY,) * 3)], check=True)
+    compositor = subprocess.Popen(["xcompmgr", "-n"], stdout=subprocess.DEVNULL, stderr=subprocess.DEVNULL)
+    try:
+        time.sleep(1.0)
+        host = Host(exe, "--pos", "300,200", "--resizable", "--shadow", "layered")
+        host.wait_status(lambda s: s.shadow == shadow_expected(s), 10, "no ZVShadowWnd window")
+        for moved in (False, True):
+            host.settle(1.0)
+            s = host.status
+            picture = screen()
+            what = "the layered shadow" + (" after a move" if moved else "")
+            check_ramp(picture, what, [edge_points(s.x, s.y, s.x + s.w - 1, s.y + s.h - 1, d) for d in range(1, 6)],
+                       layered_ramp())
+            # Nothing beyond the shadow's 5 pixels, and the corners rounded off.
+            for name, (x, y) in edge_points(s.x, s.y, s.x + s.w - 1, s.y + s.h - 1, 6).items():
+                check(grey_at(picture, x, y) == DESKTOP_GREY, "%s reaches 6 pixels out at the %s edge" % (what, name))
+            check(grey_at(picture, s.x - 5, s.y - 5) == DESKTOP_GREY, "%s has a square corner" % what)
+            if not moved:
+                old = s
+                drag(host.empty_title_point(), (150, 80))
+                host.wait_status(moved_by(old, 150, 80), 10, "a drag of the title of a layered-shadow window")
+        # The old place is bare desktop again.
+        picture = screen()
+        for name, (x, y) in edge_points(old.x, old.y, old.x + old.w - 1, old.y + old.h - 1, 1).items():
+            if not (host.status.x <= x < host.status.x + host.status.w and host.status.y <= y < host.status.y + host.status.h):
+                check(grey_at(picture, x, y) == DESKTOP_GREY, "the shadow stayed behind at the %s edge" % name)
+        host.close()
+
+        host = Host(exe, "--pos", "300,200", "--resizable", "--shadow", "qt")
+        host.settle(1.5)
+        s = host.status
+        picture = screen()
+        # The white background fills the window less its 5-pixel margin.
+        check_ramp(picture, "the painted shadow",
+                   [edge_points(s.x + 5, s.y + 5, s.x + s.w - 6, s.y + s.h - 6, d) for d in range(1, 6)],
+                   painted_ramp())
+        for name, (x, y) in edge_points(s.x, s.y, s.x + s.w - 1, s.y + s.h - 1, 1).items():
+            check(grey_at(picture, x, y) == DESKTOP_GREY, "the painted shadow reaches out of the window at the %s edge" % name)
+        host.close()
+    finally:
+        compositor.terminate()
+        compositor.wait()
+        subprocess.run(["xsetroot", "-def"], check=False)
+
+
 def case_two_windows(exe):
     """Two core windows in one process, every mix of shadow modes, closed in either order."""
     for first in ("layered", "qt"):
@@ -364,6 +488,7 @@ CASES = {
     "minimize": case_minimize,
     "shadow-layered": case_shadow_layered,
     "shadow-qt": case_shadow_qt,
+    "shadow-pixels": case_shadow_pixels,
     "two-windows": case_two_windows,
 }
 
