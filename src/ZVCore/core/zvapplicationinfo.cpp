@@ -1,6 +1,6 @@
 #include "zvapplicationinfo.h"
 #include "zvapplicationinfo_p.h"
-#include "crashhandler_p.h"
+#include "../crash/crashhandler_p.h"
 #include "desktopresolution_p.h"
 #include "launcharguments.h"
 #include "planhighdpi.h"
