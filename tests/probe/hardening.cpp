@@ -20,11 +20,21 @@
 #include <QtWidgets/QLabel>
 #include <QtWidgets/QMenu>
 
+#include <QtCore/QThread>
+
 #include <atomic>
 #include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <thread>
+#include <vector>
+
+#if !defined(_WIN32)
+#include <dlfcn.h>
+#include <pthread.h>
+#include <signal.h>
+#include <unistd.h>
+#endif
 
 #ifdef Q_OS_WIN
 #include <windows.h>
@@ -141,6 +151,50 @@ QJsonArray keysOf(const QList<MenuItemInfo*>& entries, int from, int count)
 }
 
 // Both threads fault at the same moment: each waits until the other is ready.
+// Threads whose stacks overflow, each in overflow_here.
+void overflowOnThreads(int count)
+{
+    std::atomic<int> arrived{0};
+    const auto body = [&arrived, count] {
+        arrived.fetch_add(1);
+        while (arrived.load() < count) {
+        }
+        overflow_here(0);
+    };
+    std::vector<std::thread> threads;
+    for (int i = 0; i < count; ++i)
+        threads.emplace_back(body);
+    for (std::thread& thread : threads)
+        thread.join();
+}
+
+class OverflowingThread : public QThread
+{
+protected:
+    void run() override { overflow_here(0); }
+};
+
+#if !defined(_WIN32)
+void* overflowRoutine(void*)
+{
+    overflow_here(0);
+    return nullptr;
+}
+
+// A thread started before the crash handler is installed, waiting to be told to recurse.
+std::atomic<bool> g_earlyGo{false};
+pthread_t g_early;
+bool g_earlyStarted = false;
+
+void* earlyRoutine(void*)
+{
+    while (!g_earlyGo.load())
+        ::usleep(1000);
+    overflow_here(0);
+    return nullptr;
+}
+#endif
+
 void twoThreadsAtOnce()
 {
     std::atomic<int> arrived{0};
@@ -256,10 +310,83 @@ bool runHardeningCommand(const QString& verb, const QString& rest, bool* ok)
                       {QStringLiteral("sheetLength"), qApp->styleSheet().size()}});
         return true;
     }
+#if !defined(_WIN32)
+    if (verb == QLatin1String("earlythread")) {
+        g_earlyStarted = ::pthread_create(&g_early, nullptr, earlyRoutine, nullptr) == 0;
+        report(verb, {{QStringLiteral("started"), g_earlyStarted}});
+        return true;
+    }
+    if (verb == QLatin1String("threadstacks")) {
+        // Whether a thread created now has an alternate signal stack, and how large.
+        long altStack = 0;
+        std::thread([&altStack] {
+            stack_t current;
+            if (::sigaltstack(nullptr, &current) == 0 && !(current.ss_flags & SS_DISABLE))
+                altStack = long(current.ss_size);
+        }).join();
+        // The anonymous writable mappings of exactly that size (256 KiB when none), before
+        // and after <n> threads were created and joined, 100 at a time.
+        const qint64 size = altStack > 0 ? altStack : 256 * 1024;
+        const auto mappings = [size] {
+            QFile maps(QStringLiteral("/proc/self/maps"));
+            if (!maps.open(QIODevice::ReadOnly))
+                return -1;
+            int count = 0;
+            for (const QByteArray& line : maps.readAll().split('\n')) {
+                const QList<QByteArray> fields = line.simplified().split(' ');
+                if (fields.size() != 5 || !fields.at(1).startsWith("rw"))
+                    continue;
+                const QList<QByteArray> range = fields.at(0).split('-');
+                if (range.size() == 2 && range.at(1).toULongLong(nullptr, 16) - range.at(0).toULongLong(nullptr, 16) == quint64(size))
+                    ++count;
+            }
+            return count;
+        };
+        const int count = rest.toInt();
+        const int before = mappings();
+        for (int done = 0; done < count; done += 100) {
+            std::vector<std::thread> batch;
+            for (int i = done; i < count && i < done + 100; ++i)
+                batch.emplace_back([] {});
+            for (std::thread& thread : batch)
+                thread.join();
+        }
+        report(verb, {{QStringLiteral("before"), before}, {QStringLiteral("after"), mappings()},
+                      {QStringLiteral("threads"), count}, {QStringLiteral("altStackInThread"), qint64(altStack)}});
+        return true;
+    }
+#endif
+    if (verb == QLatin1String("crashallthreads")) {
+        qApp->setProperty("CrashHandleAllThreads", rest != QLatin1String("off"));
+        report(verb, {});
+        return true;
+    }
     if (verb == QLatin1String("torture")) {
         std::fflush(stdout);
         if (rest == QLatin1String("overflow-thread")) {
             std::thread([] { overflow_here(0); }).join();
+        } else if (rest == QLatin1String("overflow-qthread")) {
+            OverflowingThread thread;
+            thread.start();
+            thread.wait();
+        } else if (rest == QLatin1String("overflow-two")) {
+            overflowOnThreads(2);
+#if !defined(_WIN32)
+        } else if (rest == QLatin1String("overflow-raw")) {
+            pthread_t thread;
+            if (::pthread_create(&thread, nullptr, overflowRoutine, nullptr) == 0)
+                ::pthread_join(thread, nullptr);
+        } else if (rest == QLatin1String("overflow-early")) {
+            if (g_earlyStarted) {
+                g_earlyGo.store(true);
+                ::pthread_join(g_early, nullptr);
+            }
+        } else if (rest == QLatin1String("overflow-dlopen")) {
+            void* library = ::dlopen(ZV_OVERFLOW_LIBRARY, RTLD_NOW | RTLD_LOCAL);
+            using Start = int (*)();
+            if (auto start = library ? reinterpret_cast<Start>(::dlsym(library, "zv_overflow_in_library_thread")) : nullptr)
+                start();
+#endif
         } else if (rest == QLatin1String("two-threads-sync")) {
             twoThreadsAtOnce();
         } else if (rest == QLatin1String("double-free")) {

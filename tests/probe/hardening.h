@@ -9,8 +9,18 @@
 //   menusummary:<n>         a title menu view given <n> LanguageChange events: how many
 //                           entries and actions it holds, the first and last keys
 //   polish                  a styled label polished under the application's style sheet
-//   torture:<how>           overflow-thread | two-threads-sync | double-free |
-//                           double-free-large
+//   torture:<how>           overflow-thread | overflow-qthread | overflow-raw |
+//                           overflow-two | overflow-early | overflow-dlopen |
+//                           two-threads-sync | double-free | double-free-large
+//                           (overflow-early: the thread of "earlythread"; overflow-dlopen:
+//                           a thread of a library loaded now)
+//   earlythread             starts a thread that waits for torture:overflow-early
+//   threadstacks:<n>        the size of a new thread's alternate signal stack (0: none),
+//                           and how many anonymous writable mappings of that size (256 KiB
+//                           when none) /proc/self/maps lists before and after <n> threads
+//                           were created and joined
+//   crashallthreads:off     the application property "CrashHandleAllThreads" false (any
+//                           other value: true), for a later crashhandle
 //   langloop:<a>|<b>        CCommonModule::SetLanguage with <a>, <b>, <a>, ... until killed;
 //                           a name "<text>*<n>" is <text> repeated <n> times
 //   spoolloop:<tag>|<n>     CDataCollectionGA4::Send of "kill", <tag>, <i>, padding for

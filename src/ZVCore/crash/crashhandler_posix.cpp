@@ -6,9 +6,12 @@
 
 #if defined(__linux__)
 #include "minidump_linux.h"
+#include "threadstacks_p.h"
 #endif
 
+#include <QtCore/QCoreApplication>
 #include <QtCore/QFile>
+#include <QtCore/QVariant>
 
 #include <atomic>
 #include <cerrno>
@@ -31,8 +34,10 @@ namespace Crash {
 namespace {
 
 constexpr int kSignals[] = {SIGSEGV, SIGBUS, SIGFPE, SIGILL, SIGABRT, SIGTRAP};
-// Large enough for the handler, the dump writer and a stack overflow's aftermath.
+#if !defined(__linux__)
+// Large enough for the handler and a stack overflow's aftermath.
 constexpr size_t kAltStackSize = 256 * 1024;
+#endif
 // How long the steps that need Qt may take before the process ends anyway: they may
 // wait for a lock the crashed thread held.
 constexpr unsigned kWatchdogSeconds = 5;
@@ -160,7 +165,14 @@ void Install()
     installed = true;
 
     // The handler must run on a stack of its own, or a stack overflow could not be
-    // reported. The stack belongs to the installing thread, normally the main thread.
+    // reported. On Linux every thread gets one, unless the host set the application
+    // property "CrashHandleAllThreads" to false: then only the installing thread has one.
+#if defined(__linux__)
+    const QVariant allThreads = qApp ? qApp->property("CrashHandleAllThreads") : QVariant();
+    const bool everyThread = !allThreads.isValid() || allThreads.toBool();
+    if (!everyThread || !InstallThreadStacks())
+        InstallOwnStack();
+#else
     void* stack = ::mmap(nullptr, kAltStackSize, PROT_READ | PROT_WRITE, MAP_PRIVATE | MAP_ANONYMOUS, -1, 0);
     if (stack != MAP_FAILED) {
         stack_t alt;
@@ -169,6 +181,7 @@ void Install()
         alt.ss_flags = 0;
         ::sigaltstack(&alt, nullptr);
     }
+#endif
 
     struct sigaction action;
     std::memset(&action, 0, sizeof action);

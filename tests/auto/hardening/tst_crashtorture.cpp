@@ -3,10 +3,11 @@
 // program, and a dump that lldb opens and unwinds.
 //
 // Stack overflows: the handler runs on an alternate stack, which the system keeps per
-// thread; the frame installs one for the thread that calls InitCrashHandle (normally the
-// main thread). A thread cannot be given one from outside, and the frame does not
-// intercept the creation of the host's threads, so an overflow on another thread ends
-// the process by the system's default action, without a dump or a report.
+// thread. The frame gives every thread one: the threads that exist when InitCrashHandle
+// runs, and every thread created afterwards, however it is created. With the application
+// property "CrashHandleAllThreads" false only the installing thread has one, and an
+// overflow on another thread ends the process by the system's default action, without
+// a dump or a report.
 #include "probe.h"
 
 #include <QtCore/QStandardPaths>
@@ -40,12 +41,14 @@ struct Expected
     int launches = 1; // exactly this many
     QString frame;    // a function lldb must show in the dump
     int minFrames = 1;
+    int recursionFrames = 0;     // frames of `frame` on the thread that shows it most
     int crashedThreadsShown = 1; // threads whose stack shows `frame`, at least
     bool callbackRuns = true;    // the host's callback (when one was set) ran
 };
 
 struct Case
 {
+    QStringList before;   // before the handler is installed
     QStringList commands; // after the handler and the context are set up
     Expected expected;
     bool readOnlyFolder = false;
@@ -100,6 +103,7 @@ private slots:
 
     void crash_data();
     void crash();
+    void threadStacksGoWithTheirThreads();
 
 private:
     QString m_lldb;
@@ -128,13 +132,31 @@ void tst_CrashTorture::crash_data()
     overflow.expected.minFrames = 10;
     QTest::newRow("stack overflow") << overflow;
 
-    Case overflowThread;
-    overflowThread.commands = QStringList{QStringLiteral("torture:overflow-thread")};
-    overflowThread.ownStacksUnderSanitizer = true;
-    overflowThread.expected.dumps = 0;
-    overflowThread.expected.launches = 0;
-    overflowThread.expected.callbackRuns = false;
-    QTest::newRow("stack overflow on another thread") << overflowThread;
+    // An overflow on a thread other than the installing one, however the thread came to be.
+    const auto overflowOn = [](const QString& how, const QString& frame = QStringLiteral("overflow_here")) {
+        Case c;
+        c.commands = QStringList{QStringLiteral("torture:") + how};
+        c.ownStacksUnderSanitizer = true;
+        c.expected.frame = frame;
+        c.expected.recursionFrames = 20;
+        return c;
+    };
+    QTest::newRow("stack overflow on a std::thread") << overflowOn(QStringLiteral("overflow-thread"));
+    QTest::newRow("stack overflow on a QThread") << overflowOn(QStringLiteral("overflow-qthread"));
+    QTest::newRow("stack overflow on a pthread_create thread") << overflowOn(QStringLiteral("overflow-raw"));
+    Case early = overflowOn(QStringLiteral("overflow-early"));
+    early.before = QStringList{QStringLiteral("earlythread")};
+    QTest::newRow("stack overflow on a thread older than the handler") << early;
+    QTest::newRow("stack overflow on two threads at once") << overflowOn(QStringLiteral("overflow-two"));
+    QTest::newRow("stack overflow on a thread of a library loaded later")
+        << overflowOn(QStringLiteral("overflow-dlopen"), QStringLiteral("library_overflow_here"));
+
+    Case turnedOff = overflowOn(QStringLiteral("overflow-thread"));
+    turnedOff.before = QStringList{QStringLiteral("crashallthreads:off")};
+    turnedOff.expected.dumps = 0;
+    turnedOff.expected.launches = 0;
+    turnedOff.expected.callbackRuns = false;
+    QTest::newRow("stack overflow on another thread, every-thread stacks off") << turnedOff;
 
     Case abort;
     abort.commands = QStringList{QStringLiteral("crash:abort")};
@@ -188,14 +210,15 @@ void tst_CrashTorture::crash()
     if (c.heapOwnedBySanitizer)
         QSKIP("AddressSanitizer reports a double free itself and ends the process its own way");
     if (c.ownStacksUnderSanitizer)
-        QSKIP("AddressSanitizer gives every thread an alternate signal stack of its own");
+        QSKIP("AddressSanitizer gives every thread an alternate signal stack of its own and unmaps it when the "
+              "thread ends; the frame leaves the threads' stacks to it");
 #endif
 #if defined(ZV_THREAD_SANITIZER)
     if (c.heapOwnedBySanitizer)
         QSKIP("ThreadSanitizer's allocator reports a double free itself and ends the process its own way");
     // Every instrumented call also pushes onto the sanitizer's own call stack, which a
     // runaway recursion overruns too; the fault may then come from inside the sanitizer.
-    if (c.commands.contains(QStringLiteral("crash:overflow")))
+    if (c.commands.contains(QStringLiteral("crash:overflow")) || c.ownStacksUnderSanitizer)
         QSKIP("ThreadSanitizer's shadow call stack overflows with the real one");
 #endif
     if (c.readOnlyFolder && !ProbeFolder::canHonourFilePermissions())
@@ -216,7 +239,8 @@ void tst_CrashTorture::crash()
         QVERIFY(QFile::link(standIn, product.file(QStringLiteral("Feedback"))));
     }
 
-    QStringList commands{QStringLiteral("crashhandle"), QStringLiteral("context"),
+    QStringList commands = c.before;
+    commands += QStringList{QStringLiteral("crashhandle"), QStringLiteral("context"),
                          QStringLiteral("setcrashmail:") + kCrashMail};
     if (!c.commands.contains(QStringLiteral("crashcallback-faulty")))
         commands << QStringLiteral("crashcallback:") + marker;
@@ -274,6 +298,42 @@ void tst_CrashTorture::crash()
             threadsShowing += thread.contains(c.expected.frame) ? 1 : 0;
         QVERIFY2(threadsShowing >= c.expected.crashedThreadsShown, qPrintable(why));
     }
+    if (c.expected.recursionFrames > 0) {
+        // The overflowing thread unwinds through its recursion, and the other threads
+        // are there too.
+        int deepest = 0;
+        for (const QString& thread : bt.split(QStringLiteral("thread #")))
+            deepest = qMax(deepest, int(thread.count(c.expected.frame + QLatin1Char('('))
+                                        + thread.count(c.expected.frame + QLatin1Char(' '))));
+        QVERIFY2(deepest >= c.expected.recursionFrames, qPrintable(why));
+        QVERIFY2(bt.count(QLatin1String("thread #")) >= 2, qPrintable(why));
+    }
+}
+
+// 10,000 threads created and joined under the handler leave no alternate stack behind:
+// the mappings of a stack's size are as many afterwards as before.
+void tst_CrashTorture::threadStacksGoWithTheirThreads()
+{
+#if defined(ZV_ADDRESS_SANITIZER) || defined(ZV_THREAD_SANITIZER)
+    QSKIP("under a sanitizer the threads' alternate stacks are the sanitizer's");
+#endif
+    const auto measure = [](bool everyThread) {
+        ProbeFolder product;
+        product.setTimeout(120000);
+        const ProbeRun run = product.run({QStringLiteral("crashallthreads:") + (everyThread ? "on" : "off"),
+                                          QStringLiteral("crashhandle"), QStringLiteral("threadstacks:10000")});
+        return run.report(QStringLiteral("threadstacks"));
+    };
+    const QJsonObject off = measure(false);
+    const QJsonObject on = measure(true);
+    QVERIFY2(!off.isEmpty() && !on.isEmpty(), "the probe gave no report");
+    QCOMPARE(on.value(QStringLiteral("threads")).toInt(), 10000);
+    // A thread created under the handler has a stack of 256 KiB; without the feature none.
+    QCOMPARE(on.value(QStringLiteral("altStackInThread")).toInt(), 256 * 1024);
+    QCOMPARE(off.value(QStringLiteral("altStackInThread")).toInt(), 0);
+    const int before = on.value(QStringLiteral("before")).toInt();
+    QVERIFY(before >= 1); // the main thread's stack
+    QCOMPARE(on.value(QStringLiteral("after")).toInt(), before);
 }
 
 QTEST_GUILESS_MAIN(tst_CrashTorture)

@@ -1,0 +1,254 @@
+// Alternate signal stacks for every thread of the process.
+//
+// A stack overflow raises SIGSEGV on the thread whose stack is full; the kernel can run
+// the handler only on an alternate stack of that very thread, and a thread can install
+// one only for itself. So the frame gives each thread its own:
+//
+//  * threads created after the crash handler is installed get one in their first
+//    instruction: the library defines pthread_create, which the dynamic linker binds
+//    ahead of the C library's for the host, Qt, the C++ runtime and any library loaded
+//    later, and starts the thread in a trampoline that installs the stack and then runs
+//    the thread's own start routine;
+//  * threads that already exist (Qt's own among them) are each sent a signal, borrowed
+//    for the moment from the real-time signals nobody handles, whose handler installs
+//    the stack on that thread.
+//
+// Each stack is a private mapping with a guard page below it, freed when its thread ends
+// (a thread-specific key's destructor runs on the ending thread, which first turns the
+// stack off). A thread that has an alternate stack of its own already (a sanitizer's, or
+// one the host set) keeps it. Another library that wraps pthread_create the same way
+// chains to this one, and this one to the C library, through RTLD_NEXT.
+#include "threadstacks_p.h"
+
+#if defined(__linux__)
+
+#include <ZVCore/private/zvcoreconfig_p.h>
+
+#include <atomic>
+#include <cerrno>
+#include <csignal>
+#include <cstdlib>
+#include <cstring>
+#include <new>
+
+#include <dirent.h>
+#include <dlfcn.h>
+#include <pthread.h>
+#include <sys/mman.h>
+#include <sys/syscall.h>
+#include <time.h>
+#include <ucontext.h>
+#include <unistd.h>
+
+namespace ZVUIFramework {
+namespace Crash {
+
+namespace {
+
+#if ZVCORE_CRASH_THREAD_STACKS
+std::atomic<bool> g_enabled{false};
+pthread_key_t g_stackKey;
+#endif
+
+size_t pageSize()
+{
+    static const size_t size = size_t(::sysconf(_SC_PAGESIZE));
+    return size;
+}
+
+// Maps a stack with a guard page below it and installs it for the calling thread, unless
+// the thread has one already. Returns the mapping, or null. Uses system calls only, so a
+// signal handler may call it.
+void* installOwnStack()
+{
+    stack_t current;
+    if (::sigaltstack(nullptr, &current) != 0 || !(current.ss_flags & SS_DISABLE))
+        return nullptr;
+    const size_t guard = pageSize();
+    void* mapping = ::mmap(nullptr, guard + kThreadAltStackSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE,
+                           -1, 0);
+    if (mapping == MAP_FAILED)
+        return nullptr;
+    char* stack = static_cast<char*>(mapping) + guard;
+    if (::mprotect(stack, kThreadAltStackSize, PROT_READ | PROT_WRITE) != 0) {
+        ::munmap(mapping, guard + kThreadAltStackSize);
+        return nullptr;
+    }
+    stack_t alt;
+    alt.ss_sp = stack;
+    alt.ss_size = kThreadAltStackSize;
+    alt.ss_flags = 0;
+    if (::sigaltstack(&alt, nullptr) != 0) {
+        ::munmap(mapping, guard + kThreadAltStackSize);
+        return nullptr;
+    }
+    return mapping;
+}
+
+#if ZVCORE_CRASH_THREAD_STACKS
+// The key's destructor, on the ending thread: the stack is turned off before it goes.
+void releaseOwnStack(void* mapping)
+{
+    const size_t guard = pageSize();
+    stack_t current;
+    if (::sigaltstack(nullptr, &current) == 0 && current.ss_sp == static_cast<char*>(mapping) + guard) {
+        stack_t off;
+        std::memset(&off, 0, sizeof off);
+        off.ss_flags = SS_DISABLE;
+        ::sigaltstack(&off, nullptr);
+    }
+    ::munmap(mapping, guard + kThreadAltStackSize);
+}
+
+void giveThisThreadAStack()
+{
+    if (void* mapping = installOwnStack())
+        ::pthread_setspecific(g_stackKey, mapping);
+}
+
+struct Start
+{
+    void* (*routine)(void*);
+    void* argument;
+};
+
+void* trampoline(void* raw)
+{
+    const Start start = *static_cast<Start*>(raw);
+    delete static_cast<Start*>(raw);
+    giveThisThreadAStack();
+    return start.routine(start.argument);
+}
+
+using CreateFunction = int (*)(pthread_t*, const pthread_attr_t*, void* (*)(void*), void*);
+
+CreateFunction nextCreate()
+{
+    static const CreateFunction next = reinterpret_cast<CreateFunction>(::dlsym(RTLD_NEXT, "pthread_create"));
+    return next;
+}
+
+// Existing threads: each answers the borrowed signal by installing its own stack.
+std::atomic<int> g_answered{0};
+
+void onStackRequest(int, siginfo_t*, void* context)
+{
+    const int saved = errno;
+    giveThisThreadAStack();
+    // The return from a handler restores the alternate stack the thread had when the
+    // signal arrived, from the signal's context: the new one is written there.
+    stack_t now;
+    if (context && ::sigaltstack(nullptr, &now) == 0)
+        static_cast<ucontext_t*>(context)->uc_stack = now;
+    g_answered.fetch_add(1);
+    errno = saved;
+}
+
+// A real-time signal that nothing handles, blocks or waits for at the moment, or 0.
+int borrowSignal()
+{
+    for (int sig = SIGRTMAX; sig >= SIGRTMIN + 2; --sig) {
+        struct sigaction current;
+        if (::sigaction(sig, nullptr, &current) == 0 && !(current.sa_flags & SA_SIGINFO)
+            && current.sa_handler == SIG_DFL)
+            return sig;
+    }
+    return 0;
+}
+
+void equipExistingThreads()
+{
+    const int sig = borrowSignal();
+    if (sig == 0)
+        return;
+    struct sigaction request;
+    std::memset(&request, 0, sizeof request);
+    request.sa_sigaction = onStackRequest;
+    sigemptyset(&request.sa_mask);
+    request.sa_flags = SA_RESTART | SA_SIGINFO;
+    if (::sigaction(sig, &request, nullptr) != 0)
+        return;
+
+    const pid_t self = pid_t(::syscall(SYS_gettid));
+    const pid_t process = ::getpid();
+    int sent = 0;
+    if (DIR* tasks = ::opendir("/proc/self/task")) {
+        while (const dirent* entry = ::readdir(tasks)) {
+            const pid_t tid = pid_t(std::strtol(entry->d_name, nullptr, 10));
+            if (tid > 0 && tid != self && ::syscall(SYS_tgkill, process, tid, sig) == 0)
+                ++sent;
+        }
+        ::closedir(tasks);
+    }
+    // A thread that blocks the signal never answers; the others do within microseconds.
+    for (int waited = 0; g_answered.load() < sent && waited < 500; ++waited) {
+        const timespec pause{0, 1000000};
+        ::nanosleep(&pause, nullptr);
+    }
+    // Ignoring the signal drops what is still pending; then it goes back to nobody.
+    struct sigaction back;
+    std::memset(&back, 0, sizeof back);
+    sigemptyset(&back.sa_mask);
+    back.sa_handler = SIG_IGN;
+    ::sigaction(sig, &back, nullptr);
+    back.sa_handler = SIG_DFL;
+    ::sigaction(sig, &back, nullptr);
+}
+
+#endif // ZVCORE_CRASH_THREAD_STACKS
+
+} // namespace
+
+bool InstallOwnStack()
+{
+    installOwnStack();
+    stack_t current;
+    return ::sigaltstack(nullptr, &current) == 0 && !(current.ss_flags & SS_DISABLE);
+}
+
+bool InstallThreadStacks()
+{
+#if ZVCORE_CRASH_THREAD_STACKS
+    // A sanitizer's runtime gives each of its threads an alternate stack and unmaps
+    // whatever stack a thread has when it ends: it keeps them.
+    if (::dlsym(RTLD_DEFAULT, "__sanitizer_set_report_path"))
+        return false;
+    static const bool done = [] {
+        if (::pthread_key_create(&g_stackKey, releaseOwnStack) != 0)
+            return false;
+        giveThisThreadAStack();
+        g_enabled.store(true);
+        equipExistingThreads();
+        return true;
+    }();
+    return done;
+#else
+    return false;
+#endif
+}
+
+} // namespace Crash
+} // namespace ZVUIFramework
+
+#if ZVCORE_CRASH_THREAD_STACKS
+// Every thread of the process is created through here once the library is loaded.
+extern "C" __attribute__((visibility("default"))) int pthread_create(pthread_t* thread, const pthread_attr_t* attributes,
+                                                                     void* (*routine)(void*), void* argument)
+{
+    using namespace ZVUIFramework::Crash;
+    const CreateFunction next = nextCreate();
+    if (!next)
+        return EAGAIN;
+    if (!g_enabled.load(std::memory_order_relaxed))
+        return next(thread, attributes, routine, argument);
+    auto* start = new (std::nothrow) Start{routine, argument};
+    if (!start)
+        return next(thread, attributes, routine, argument);
+    const int result = next(thread, attributes, trampoline, start);
+    if (result != 0)
+        delete start;
+    return result;
+}
+#endif
+
+#endif // __linux__
