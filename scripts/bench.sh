@@ -40,7 +40,7 @@ export QT_LOGGING_RULES="qt.qpa.*=false"
 # Timed: every program. Counted: the ones that measure pieces of one process (run whole
 # under callgrind), and the start-up, which runs its hosts under callgrind itself. The
 # crash path and resident memory are measured only.
-timed=(rendershadow repaint startup language stylesheet crash memory)
+timed=(rendershadow repaint startup language stylesheet crash threads memory)
 counted=(rendershadow repaint language stylesheet)
 steps=$(( ${#timed[@]} + ${#counted[@]} + 1 ))
 step=0

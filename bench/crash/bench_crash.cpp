@@ -195,11 +195,16 @@ int main(int argc, char** argv)
     row.value = big.toFeedback.median();
     row.baseline = QStringLiteral("the same host without the 500 MB heap");
     row.baselineValue = small.toFeedback.median();
-    row.goal = Goal::Report;
-    row.goalText = QStringLiteral("report");
+    // The dump helper and the launch share the host's memory instead of copying it, so
+    // the heap's size does not show.
+    row.goal = Goal::RatioAtMost;
+    row.limit = 1.5;
+    row.goalText = QStringLiteral("≤ 1.5× and under 10 ms");
     row.runs = int(big.toFeedback.ms.size());
     row.note = big.allSegv && small.allSegv ? QStringLiteral("dump, then the feedback program; the host ends by SIGSEGV")
                                             : QStringLiteral("a host did NOT end by SIGSEGV");
+    if (row.value >= 10.0)
+        row.note += QStringLiteral("; NOT under 10 ms");
     emitRow(row);
 
     const DumpFacts& facts = big.facts;

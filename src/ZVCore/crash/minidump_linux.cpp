@@ -8,14 +8,15 @@
 // libc wrapper, no errno), uses the C library only for memcpy and its kin and for
 // getauxval, none of which lock, and hands the real work to a helper process:
 //
-//  * The caller opens the file, then clones a helper without CLONE_VM (a bare system
-//    call: libc's fork() would run atfork handlers and take the malloc locks) and waits
-//    for it. The helper has no exit signal, so an application SIGCHLD handler never sees
-//    it and an ignored SIGCHLD cannot reap it behind our back.
+//  * The caller opens the file, then clones a helper process that shares the process's
+//    memory (CLONE_VM, on a stack mapped for it: libc's fork() would run atfork handlers
+//    and take the malloc locks, and a copy of the address space would cost time in
+//    proportion to the heap) and waits for it. The helper has no exit signal, so an
+//    application SIGCHLD handler never sees it and an ignored SIGCHLD cannot reap it
+//    behind our back. It is a process of its own, so it may trace the process's threads.
 //  * The helper stops every other thread with PTRACE_SEIZE + PTRACE_INTERRUPT, reads their
 //    registers, and copies their stacks out of the parent with process_vm_readv while
-//    they are stopped, so registers and stack bytes belong to the same instant. Its own
-//    copy-on-write snapshot dates from the clone and would not match registers read later.
+//    they are stopped, so registers and stack bytes belong to the same instant.
 //  * If the helper cannot be created, the caller writes the dump itself; if tracing is
 //    refused, the helper still writes it. Either way the other threads are listed with an
 //    empty context rather than left out.
@@ -693,8 +694,8 @@ struct Writer
     }
 
     // Opens /proc/<pid>/<name>. A process that made itself non-dumpable hides its maps
-    // and auxv from everyone but itself; the helper's own copies of those say the same
-    // (its memory map was duplicated from the parent's at the clone), so they stand in.
+    // and auxv from everyone but itself; the helper's own say the same (it shares the
+    // parent's memory map), so they stand in.
     int OpenProcFile(const char* name, bool sameInHelper)
     {
         char path[64];
@@ -1758,6 +1759,15 @@ bool WriteDump(Job& job)
 
 enum HelperExit { kHelperOk = 0, kHelperWriteFailed = 1, kHelperNoGo = 2 };
 
+// The helper's stack: it shares the caller's memory, so it cannot use the caller's.
+constexpr size_t kHelperStackSize = 512 * 1024;
+
+struct HelperStart
+{
+    Job job;
+    int goFd;
+};
+
 [[noreturn]] void HelperMain(Job job, int goFd)
 {
     // The helper must never run the application's handlers: a fault in here should end
@@ -1783,6 +1793,12 @@ enum HelperExit { kHelperOk = 0, kHelperWriteFailed = 1, kHelperNoGo = 2 };
     const bool ok = WriteDump(job);
     Sys(SYS_exit_group, ok ? kHelperOk : kHelperWriteFailed);
     __builtin_unreachable();
+}
+
+int HelperEntry(void* raw)
+{
+    const HelperStart* start = static_cast<const HelperStart*>(raw);
+    HelperMain(start->job, start->goFd);
 }
 
 // Waits for the helper, and ends it if it takes too long. Returns its wait status or -1.
@@ -1842,13 +1858,15 @@ bool WriteLinuxMinidump(const char* path, int signo, const siginfo_t* info, cons
 
     bool ok = false;
     int go[2];
-    if (Sys(SYS_pipe2, go, O_CLOEXEC) == 0) {
-        // No exit signal, and a tracer of ours cannot follow into the helper.
-        const long helper = Sys(SYS_clone, CLONE_UNTRACED, 0, 0, 0, 0);
-        if (helper == 0) {
-            Close(go[1]);
-            HelperMain(job, go[0]);
-        }
+    const long stack = Sys(SYS_mmap, nullptr, kHelperStackSize, PROT_READ | PROT_WRITE,
+                           MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_STACK, -1, 0);
+    const bool mapped = !(stack < 0 && stack >= -4095);
+    if (mapped && Sys(SYS_pipe2, go, O_CLOEXEC) == 0) {
+        HelperStart start{job, go[0]};
+        // No exit signal, and a tracer of ours cannot follow into the helper. The stack
+        // grows down from the end of its mapping.
+        const long helper = ::clone(HelperEntry, reinterpret_cast<char*>(stack) + kHelperStackSize,
+                                    CLONE_VM | CLONE_UNTRACED, &start);
         Close(go[0]);
         if (helper > 0) {
             // Under Yama's restricted ptrace only a named tracer may attach to us.
@@ -1863,10 +1881,15 @@ bool WriteLinuxMinidump(const char* path, int signo, const siginfo_t* info, cons
                 Sys(SYS_prctl, PR_SET_PTRACER, 0, 0, 0, 0);
             ok = status != -1 && WIFEXITED(status) && WEXITSTATUS(status) == kHelperOk;
             Close(fd);
+            // A helper that was killed may still be leaving; its stack goes once it is gone.
+            if (status != -1)
+                Sys(SYS_munmap, stack, kHelperStackSize);
             return ok;
         }
         Close(go[1]);
     }
+    if (mapped)
+        Sys(SYS_munmap, stack, kHelperStackSize);
 
     // No helper: write the dump from here. The other threads keep running, so they are
     // listed without registers and stacks.

@@ -13,9 +13,9 @@
 //    for the moment from the real-time signals nobody handles, whose handler installs
 //    the stack on that thread.
 //
-// Each stack is a private mapping with a guard page below it, freed when its thread ends
-// (a thread-specific key's destructor runs on the ending thread, which first turns the
-// stack off). A thread that has an alternate stack of its own already (a sanitizer's, or
+// Each stack is a private mapping with a guard page below it, given back when its thread
+// ends (a thread-specific key's destructor runs on the ending thread, which first turns
+// the stack off); up to 16 are kept for the next threads, the others unmapped. A thread that has an alternate stack of its own already (a sanitizer's, or
 // one the host set) keeps it. Another library that wraps pthread_create the same way
 // chains to this one, and this one to the C library, through RTLD_NEXT.
 #include "threadstacks_p.h"
@@ -29,6 +29,7 @@
 #include <csignal>
 #include <cstdlib>
 #include <cstring>
+#include <mutex>
 #include <new>
 
 #include <dirent.h>
@@ -56,48 +57,89 @@ size_t pageSize()
     return size;
 }
 
-// Maps a stack with a guard page below it and installs it for the calling thread, unless
-// the thread has one already. Returns the mapping, or null. Uses system calls only, so a
-// signal handler may call it.
-void* installOwnStack()
+// Maps a stack with a guard page below it. Returns the mapping, or null. System calls
+// only, so a signal handler may call it.
+void* mapStack()
 {
-    stack_t current;
-    if (::sigaltstack(nullptr, &current) != 0 || !(current.ss_flags & SS_DISABLE))
-        return nullptr;
     const size_t guard = pageSize();
     void* mapping = ::mmap(nullptr, guard + kThreadAltStackSize, PROT_NONE, MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE,
                            -1, 0);
     if (mapping == MAP_FAILED)
         return nullptr;
-    char* stack = static_cast<char*>(mapping) + guard;
-    if (::mprotect(stack, kThreadAltStackSize, PROT_READ | PROT_WRITE) != 0) {
-        ::munmap(mapping, guard + kThreadAltStackSize);
-        return nullptr;
-    }
-    stack_t alt;
-    alt.ss_sp = stack;
-    alt.ss_size = kThreadAltStackSize;
-    alt.ss_flags = 0;
-    if (::sigaltstack(&alt, nullptr) != 0) {
+    if (::mprotect(static_cast<char*>(mapping) + guard, kThreadAltStackSize, PROT_READ | PROT_WRITE) != 0) {
         ::munmap(mapping, guard + kThreadAltStackSize);
         return nullptr;
     }
     return mapping;
 }
 
+bool useStack(void* mapping)
+{
+    stack_t alt;
+    alt.ss_sp = static_cast<char*>(mapping) + pageSize();
+    alt.ss_size = kThreadAltStackSize;
+    alt.ss_flags = 0;
+    return ::sigaltstack(&alt, nullptr) == 0;
+}
+
+// Maps a stack and installs it for the calling thread, unless the thread has one
+// already. Returns the mapping, or null. A signal handler may call it.
+void* installOwnStack()
+{
+    stack_t current;
+    if (::sigaltstack(nullptr, &current) != 0 || !(current.ss_flags & SS_DISABLE))
+        return nullptr;
+    void* mapping = mapStack();
+    if (mapping && !useStack(mapping)) {
+        ::munmap(mapping, pageSize() + kThreadAltStackSize);
+        return nullptr;
+    }
+    return mapping;
+}
+
 #if ZVCORE_CRASH_THREAD_STACKS
+// The stacks of threads that ended, kept for the next threads: mapping and unmapping
+// cost more than the rest of a thread's start and end together.
+constexpr int kCachedStacks = 16;
+std::mutex g_cacheLock;
+void* g_cache[kCachedStacks];
+int g_cached = 0;
+
+void* takeStack()
+{
+    {
+        std::lock_guard<std::mutex> lock(g_cacheLock);
+        if (g_cached > 0)
+            return g_cache[--g_cached];
+    }
+    return mapStack();
+}
+
+void returnStack(void* mapping)
+{
+    {
+        std::lock_guard<std::mutex> lock(g_cacheLock);
+        if (g_cached < kCachedStacks) {
+            g_cache[g_cached++] = mapping;
+            return;
+        }
+    }
+    ::munmap(mapping, pageSize() + kThreadAltStackSize);
+}
+
 // The key's destructor, on the ending thread: the stack is turned off before it goes.
+// Should the thread have been given another one since, that one stays.
 void releaseOwnStack(void* mapping)
 {
-    const size_t guard = pageSize();
-    stack_t current;
-    if (::sigaltstack(nullptr, &current) == 0 && current.ss_sp == static_cast<char*>(mapping) + guard) {
-        stack_t off;
-        std::memset(&off, 0, sizeof off);
-        off.ss_flags = SS_DISABLE;
-        ::sigaltstack(&off, nullptr);
-    }
-    ::munmap(mapping, guard + kThreadAltStackSize);
+    stack_t off;
+    std::memset(&off, 0, sizeof off);
+    off.ss_flags = SS_DISABLE;
+    stack_t before;
+    if (::sigaltstack(&off, &before) != 0)
+        return; // still in use: the thread is on it, so it cannot go
+    if (!(before.ss_flags & SS_DISABLE) && before.ss_sp != static_cast<char*>(mapping) + pageSize())
+        ::sigaltstack(&before, nullptr);
+    returnStack(mapping);
 }
 
 void giveThisThreadAStack()
@@ -106,17 +148,67 @@ void giveThisThreadAStack()
         ::pthread_setspecific(g_stackKey, mapping);
 }
 
+// A thread starting in the trampoline has no alternate stack yet: the kernel gives none
+// to a new thread, and a start routine that wraps this one has not run.
+void giveNewThreadAStack()
+{
+    void* mapping = takeStack();
+    if (!mapping)
+        return;
+    if (!useStack(mapping)) {
+        returnStack(mapping);
+        return;
+    }
+    ::pthread_setspecific(g_stackKey, mapping);
+}
+
 struct Start
 {
     void* (*routine)(void*);
     void* argument;
 };
 
+// The start routines on their way to new threads. A slot rather than the heap: a block
+// freed on the new thread would make that thread set up its allocator cache, which costs
+// more than the rest of this together. Should every slot be taken, the heap it is.
+struct StartSlot
+{
+    std::atomic<bool> taken{false};
+    Start start;
+};
+constexpr unsigned kStartSlots = 64;
+StartSlot g_startSlots[kStartSlots];
+std::atomic<unsigned> g_nextStartSlot{0};
+
+Start* claimStart(void* (*routine)(void*), void* argument)
+{
+    for (unsigned tries = 0; tries < kStartSlots; ++tries) {
+        StartSlot& slot = g_startSlots[g_nextStartSlot.fetch_add(1, std::memory_order_relaxed) % kStartSlots];
+        bool expected = false;
+        if (slot.taken.compare_exchange_strong(expected, true, std::memory_order_acquire)) {
+            slot.start = Start{routine, argument};
+            return &slot.start;
+        }
+    }
+    return new (std::nothrow) Start{routine, argument};
+}
+
+void releaseStart(Start* start)
+{
+    for (StartSlot& slot : g_startSlots) {
+        if (&slot.start == start) {
+            slot.taken.store(false, std::memory_order_release);
+            return;
+        }
+    }
+    delete start;
+}
+
 void* trampoline(void* raw)
 {
     const Start start = *static_cast<Start*>(raw);
-    delete static_cast<Start*>(raw);
-    giveThisThreadAStack();
+    releaseStart(static_cast<Start*>(raw));
+    giveNewThreadAStack();
     return start.routine(start.argument);
 }
 
@@ -241,12 +333,12 @@ extern "C" __attribute__((visibility("default"))) int pthread_create(pthread_t* 
         return EAGAIN;
     if (!g_enabled.load(std::memory_order_relaxed))
         return next(thread, attributes, routine, argument);
-    auto* start = new (std::nothrow) Start{routine, argument};
+    Start* start = claimStart(routine, argument);
     if (!start)
         return next(thread, attributes, routine, argument);
     const int result = next(thread, attributes, trampoline, start);
     if (result != 0)
-        delete start;
+        releaseStart(start);
     return result;
 }
 #endif

@@ -311,7 +311,7 @@ void tst_CrashTorture::crash()
 }
 
 // 10,000 threads created and joined under the handler leave no alternate stack behind:
-// the mappings of a stack's size are as many afterwards as before.
+// afterwards there are at most the 16 stacks the frame keeps for the next threads.
 void tst_CrashTorture::threadStacksGoWithTheirThreads()
 {
 #if defined(ZV_ADDRESS_SANITIZER) || defined(ZV_THREAD_SANITIZER)
@@ -333,7 +333,9 @@ void tst_CrashTorture::threadStacksGoWithTheirThreads()
     QCOMPARE(off.value(QStringLiteral("altStackInThread")).toInt(), 0);
     const int before = on.value(QStringLiteral("before")).toInt();
     QVERIFY(before >= 1); // the main thread's stack
-    QCOMPARE(on.value(QStringLiteral("after")).toInt(), before);
+    const int after = on.value(QStringLiteral("after")).toInt();
+    QVERIFY2(after >= before && after <= before + 16,
+             qPrintable(QStringLiteral("%1 stack-sized mappings before, %2 after").arg(before).arg(after)));
 }
 
 QTEST_GUILESS_MAIN(tst_CrashTorture)
