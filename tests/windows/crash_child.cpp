@@ -14,8 +14,14 @@
 //     overflow     a stack overflow on the main thread
 //     overflow-thread  a stack overflow on a second thread
 //     abort        abort()
+//     assert       a failed assert, in a program that keeps its asserts
+//     overflow-early  a stack overflow on a thread started before the filter
 //     double-free  a heap block freed twice, then a null pointer write
 //     heap-smash   the heap's records around a block overwritten and the block freed
+// A host that keeps its asserts in its release build.
+#undef NDEBUG
+#include <cassert>
+
 #include "commandline.h"
 #include "crashfilter_win.h"
 #include "lanesupport.h"
@@ -151,6 +157,9 @@ void crash(const char* how)
         ::WaitForSingleObject(thread, INFINITE);
     } else if (std::strcmp(how, "abort") == 0) {
         std::abort();
+    } else if (std::strcmp(how, "assert") == 0) {
+        volatile bool holds = false;
+        assert(holds);
     } else if (std::strcmp(how, "double-free") == 0) {
         void* volatile block = ::HeapAlloc(::GetProcessHeap(), 0, 64);
         ::HeapFree(::GetProcessHeap(), 0, block);

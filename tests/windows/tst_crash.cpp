@@ -4,7 +4,7 @@
 //   zvwin_crash no-callback  no host side; the dump is still written
 // and crashes at the worst moments, each ending with the process dead by the exception's
 // code, at most one dump and at most one start of the feedback program:
-//   zvwin_crash thread | two-threads | overflow | overflow-thread | abort | faulty |
+//   zvwin_crash thread | two-threads | overflow | overflow-thread | abort | assert | faulty |
 //               double-free | heap-smash | missing-feedback
 #include "check.h"
 #include "crashexpect.h"
@@ -108,8 +108,9 @@ const Torture kTorture[] = {
     // The report runs on a thread of its own, with a stack of its own.
     {"overflow", L"after", L"overflow", kStackOverflowExit, 1, 1, "c00000fd", true, false},
     {"overflow-thread", L"after", L"overflow-thread", kStackOverflowExit, 1, 1, "c00000fd", true, false},
-    // The C runtime ends the process without raising an exception: no filter sees it.
-    {"abort", L"after", L"abort", 3, 0, 0, nullptr, true, false},
+    // abort() and a failed assert become STATUS_FATAL_APP_EXIT, reported like a fault.
+    {"abort", L"after", L"abort", 0x40000015, 1, 1, "40000015", true, false},
+    {"assert", L"after", L"assert", 0x40000015, 1, 1, "40000015", true, false},
     // The host side faults after the launch: the process ends at once, with that code.
     {"faulty", L"faulty", L"", zvwin::kAccessViolationExit, 1, 1, nullptr, true, false},
     {"double-free", L"after", L"double-free", zvwin::kAccessViolationExit, 1, 1, zvwin::kAccessViolationText, true, false},

@@ -1,5 +1,8 @@
 #include "crashfilter_win.h"
 
+#include <csignal>
+#include <cstdlib>
+
 namespace ZVUIFramework {
 namespace WinCrash {
 
@@ -113,11 +116,36 @@ DWORD WINAPI reportOnFreshStack(void* parameter)
 
 } // namespace
 
+namespace {
+
+// abort() (and so a failed assert, and Qt's qFatal) raises SIGABRT and then ends the
+// process through the C runtime, past every exception filter. Its handler turns it into
+// an exception that the filter reports like any other; the report ends the process.
+void __cdecl onAbort(int)
+{
+    ::RaiseException(kAbortExceptionCode, EXCEPTION_NONCONTINUABLE, 0, nullptr);
+}
+
+} // namespace
+
 void InstallFilter(AfterDump after)
 {
     s_after = after;
     ::SetUnhandledExceptionFilter(&Filter);
     Seal();
+#if defined(_MSC_VER)
+    // Microsoft's C runtime would otherwise report an abort to the system itself, or end
+    // the process with a fast fail that no filter sees.
+    _set_abort_behavior(0, _WRITE_ABORT_MSG | _CALL_REPORTFAULT);
+#endif
+    std::signal(SIGABRT, &onAbort);
+    GuaranteeStack();
+}
+
+void GuaranteeStack()
+{
+    ULONG size = kGuaranteedStack;
+    ::SetThreadStackGuarantee(&size);
 }
 
 void Seal()

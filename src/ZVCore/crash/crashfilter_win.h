@@ -25,9 +25,22 @@ namespace WinCrash {
 // The host side: feedback launch, then the host callback.
 using AfterDump = void (*)(EXCEPTION_POINTERS* info);
 
+// The exception that abort() becomes: STATUS_FATAL_APP_EXIT, the code Windows gives a
+// program that ended itself on a fatal error.
+constexpr DWORD kAbortExceptionCode = 0x40000015;
+
+// The stack a thread keeps for the filter when its own overflows.
+constexpr ULONG kGuaranteedStack = 64 * 1024;
+
 // Makes Filter the process's unhandled exception filter, remembers \a after (may be
-// null) and seals the filter with Seal().
+// null), seals the filter with Seal(), turns abort() into an exception the filter
+// reports, and guarantees the calling thread's stack (GuaranteeStack).
 ZVCORE_AUTOTEST_EXPORT void InstallFilter(AfterDump after);
+
+// Keeps kGuaranteedStack of the calling thread's stack for the filter, should the rest
+// overflow. The library calls it for the installing thread and for every thread that
+// starts while it is loaded.
+ZVCORE_AUTOTEST_EXPORT void GuaranteeStack();
 
 // Turns SetUnhandledExceptionFilter of this process into a function that returns null
 // and changes nothing, so that no module loaded later (a runtime library, a plug-in)

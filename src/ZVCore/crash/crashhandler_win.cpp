@@ -3,6 +3,8 @@
 #include "crashhandler_p.h"
 #include "crashfilter_win.h"
 
+#include <ZVCore/private/zvcoreconfig_p.h>
+
 namespace ZVUIFramework {
 namespace Crash {
 
@@ -28,3 +30,17 @@ void PrepareFeedback(const QString&, const QStringList&)
 
 } // namespace Crash
 } // namespace ZVUIFramework
+
+// Every thread that starts while the library is loaded keeps stack for the filter: a
+// stack overflow on any thread is then reported, whether or not InitCrashHandle has run
+// yet. (The installing thread gets its guarantee from InstallFilter.)
+extern "C" BOOL WINAPI DllMain(HINSTANCE, DWORD reason, LPVOID)
+{
+#if ZVCORE_CRASH_THREAD_STACKS
+    if (reason == DLL_THREAD_ATTACH)
+        ZVUIFramework::WinCrash::GuaranteeStack();
+#else
+    (void)reason;
+#endif
+    return TRUE;
+}
