@@ -5,6 +5,7 @@
 #include "crashhandler_p.h"
 
 #if defined(__linux__)
+#include "clonevm_p.h"
 #include "minidump_linux.h"
 #include "threadstacks_p.h"
 #endif
@@ -228,7 +229,7 @@ void Install()
     }
 #endif
 
-#if defined(__linux__)
+#if defined(__linux__) && ZVCORE_CLONE_SHARES_MEMORY
     void* launchStacks = ::mmap(nullptr, 2 * kLaunchStackSize, PROT_READ | PROT_WRITE,
                                 MAP_PRIVATE | MAP_ANONYMOUS | MAP_STACK, -1, 0);
     if (launchStacks != MAP_FAILED)

@@ -1,5 +1,7 @@
 #include "minidump_linux.h"
 
+#include "clonevm_p.h"
+
 // How the dump is taken
 //
 // The caller is usually a fatal-signal handler: the heap may be corrupt, any lock may be
@@ -1760,7 +1762,7 @@ bool WriteDump(Job& job)
 enum HelperExit { kHelperOk = 0, kHelperWriteFailed = 1, kHelperNoGo = 2 };
 
 // The helper's stack: it shares the caller's memory, so it cannot use the caller's.
-constexpr size_t kHelperStackSize = 512 * 1024;
+[[maybe_unused]] constexpr size_t kHelperStackSize = 512 * 1024;
 
 struct HelperStart
 {
@@ -1858,15 +1860,25 @@ bool WriteLinuxMinidump(const char* path, int signo, const siginfo_t* info, cons
 
     bool ok = false;
     int go[2];
+#if ZVCORE_CLONE_SHARES_MEMORY
     const long stack = Sys(SYS_mmap, nullptr, kHelperStackSize, PROT_READ | PROT_WRITE,
                            MAP_PRIVATE | MAP_ANONYMOUS | MAP_NORESERVE | MAP_STACK, -1, 0);
     const bool mapped = !(stack < 0 && stack >= -4095);
+#else
+    const bool mapped = true;
+#endif
     if (mapped && Sys(SYS_pipe2, go, O_CLOEXEC) == 0) {
         HelperStart start{job, go[0]};
         // No exit signal, and a tracer of ours cannot follow into the helper. The stack
         // grows down from the end of its mapping.
+#if ZVCORE_CLONE_SHARES_MEMORY
         const long helper = ::clone(HelperEntry, reinterpret_cast<char*>(stack) + kHelperStackSize,
                                     CLONE_VM | CLONE_UNTRACED, &start);
+#else
+        const long helper = Sys(SYS_clone, CLONE_UNTRACED, 0, 0, 0, 0);
+        if (helper == 0)
+            HelperEntry(&start);
+#endif
         Close(go[0]);
         if (helper > 0) {
             // Under Yama's restricted ptrace only a named tracer may attach to us.
@@ -1881,15 +1893,19 @@ bool WriteLinuxMinidump(const char* path, int signo, const siginfo_t* info, cons
                 Sys(SYS_prctl, PR_SET_PTRACER, 0, 0, 0, 0);
             ok = status != -1 && WIFEXITED(status) && WEXITSTATUS(status) == kHelperOk;
             Close(fd);
+#if ZVCORE_CLONE_SHARES_MEMORY
             // A helper that was killed may still be leaving; its stack goes once it is gone.
             if (status != -1)
                 Sys(SYS_munmap, stack, kHelperStackSize);
+#endif
             return ok;
         }
         Close(go[1]);
     }
+#if ZVCORE_CLONE_SHARES_MEMORY
     if (mapped)
         Sys(SYS_munmap, stack, kHelperStackSize);
+#endif
 
     // No helper: write the dump from here. The other threads keep running, so they are
     // listed without registers and stacks.
