@@ -144,6 +144,18 @@ void InstallFilter(AfterDump after)
 
 void GuaranteeStack()
 {
+    // Only a thread with room to spare: on a thread created with a small stack the
+    // guarantee would take what the thread itself needs.
+    using LimitsFunction = VOID(WINAPI*)(PULONG_PTR low, PULONG_PTR high);
+    static const auto limits = reinterpret_cast<LimitsFunction>(
+        reinterpret_cast<void*>(::GetProcAddress(::GetModuleHandleW(L"kernel32.dll"), "GetCurrentThreadStackLimits")));
+    if (!limits)
+        return;
+    ULONG_PTR low = 0;
+    ULONG_PTR high = 0;
+    limits(&low, &high);
+    if (high <= low || high - low < 8 * ULONG_PTR(kGuaranteedStack))
+        return;
     ULONG size = kGuaranteedStack;
     ::SetThreadStackGuarantee(&size);
 }

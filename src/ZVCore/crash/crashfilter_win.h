@@ -38,8 +38,9 @@ constexpr ULONG kGuaranteedStack = 64 * 1024;
 ZVCORE_AUTOTEST_EXPORT void InstallFilter(AfterDump after);
 
 // Keeps kGuaranteedStack of the calling thread's stack for the filter, should the rest
-// overflow. The library calls it for the installing thread and for every thread that
-// starts while it is loaded.
+// overflow, when the thread's stack is at least eight times as large (512 KiB; the
+// system's default is 1 MiB). The library calls it for the installing thread and for
+// every thread that starts while it is loaded.
 ZVCORE_AUTOTEST_EXPORT void GuaranteeStack();
 
 // Turns SetUnhandledExceptionFilter of this process into a function that returns null
