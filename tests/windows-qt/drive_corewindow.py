@@ -21,19 +21,7 @@ import sys
 import threading
 import time
 
-TOLERANCE = 2
-FAILURES = []
-
-
-def fail(text):
-    FAILURES.append(text)
-    print("FAIL: " + text, flush=True)
-
-
-def check(condition, text):
-    if not condition:
-        fail(text)
-    return condition
+from winedrive import check, fail, near, run_case, usage
 
 
 def xdotool(*args):
@@ -178,10 +166,6 @@ def activate(host):
         return
     click(host.screen_point("central"))
     host.wait_status(lambda s: s.active, 5, "a click on the content did not activate the window")
-
-
-def near(a, b):
-    return abs(a - b) <= TOLERANCE
 
 
 def moved_by(before, dx, dy):
@@ -495,21 +479,8 @@ CASES = {
 
 def main():
     if len(sys.argv) != 3 or sys.argv[2] not in CASES:
-        print(__doc__, file=sys.stderr)
-        return 2
-    exe, case = sys.argv[1], sys.argv[2]
-    if not os.environ.get("DISPLAY"):
-        print("SKIPPED: no DISPLAY; this runs inside the windows-qt lane's Xvfb")
-        return 77
-    try:
-        CASES[case](exe)
-    except RuntimeError as error:
-        fail(str(error))
-    if FAILURES:
-        print("%s: %d failure(s)" % (case, len(FAILURES)))
-        return 1
-    print("%s: passed" % case)
-    return 0
+        return usage(__doc__)
+    return run_case(CASES, sys.argv[2], sys.argv[1])
 
 
 if __name__ == "__main__":

@@ -27,8 +27,7 @@ import threading
 import time
 import zlib
 
-TOLERANCE = 2
-FAILURES = []
+from winedrive import check, fail, near, run_case, usage, xdotool_output as xdotool
 
 # The demo's window, its shadow margin included, and its title bar: 45 high below the
 # 5-pixel margin; from the right a 20-pixel gap, then close, maximise, minimise and menu,
@@ -43,22 +42,6 @@ MENU_BUTTON_FROM_RIGHT = MARGIN + 20 + 3 * (BUTTON + BUTTON_GAP) + BUTTON
 ENGLISH_MENU = "Feedback | Language | Export listing\u2026 | Home page | Check for updates | About"
 GERMAN_MENU = "Feedback | Sprache | Liste exportieren\u2026 | Startseite | Nach Updates suchen | \u00dcber"
 GERMAN_TITLE = "Ordnergr\u00f6\u00dfen: "
-
-
-def fail(text):
-    FAILURES.append(text)
-    print("FAIL: " + text, flush=True)
-
-
-def check(condition, text):
-    if not condition:
-        fail(text)
-    return condition
-
-
-def xdotool(*args):
-    return subprocess.run(["xdotool"] + [str(a) for a in args], check=False,
-                          capture_output=True, text=True).stdout
 
 
 def click(point):
@@ -170,6 +153,13 @@ class Install:
                 pids.append(int(entry))
         return pids
 
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *exception):
+        self.remove()
+        return False
+
     def remove(self):
         # A companion still starting would find its folder gone; the silent update check
         # ends by itself, anything else is ended by its PID.
@@ -246,6 +236,13 @@ class Demo:
         keys(*(["Down"] * index + ["Return"]))
         return True
 
+    def __enter__(self):
+        return self
+
+    def __exit__(self, *exception):
+        self.close()
+        return False
+
     def close(self):
         if self.process.poll() is None and self.main is not None:
             # The title bar's close button, as a user ends the program.
@@ -266,14 +263,13 @@ class Demo:
                 self.process.wait()
 
 
-def near(a, b):
-    return abs(a - b) <= TOLERANCE
+def showing(install, zvwinenv):
+    """The installation's demo showing its sample folder; closed at the end of a with."""
+    return Demo(install, zvwinenv, "--folder", to_windows_path(install.samples))
 
 
 def case_title_menu(demo_dir, zvwinenv):
-    install = Install(demo_dir)
-    demo = Demo(install, zvwinenv, "--folder", to_windows_path(install.samples))
-    try:
+    with Install(demo_dir) as install, showing(install, zvwinenv) as demo:
         main = demo.wait_for_main()
         check(demo.title_menu_line() == ENGLISH_MENU,
               "the English title menu is %r" % demo.title_menu_line())
@@ -287,15 +283,10 @@ def case_title_menu(demo_dir, zvwinenv):
                   "the title menu %r is not over the window %r" % (menu, main))
             keys("Escape")
             check(wait_until_only({main.id}), "Escape did not close the title menu")
-    finally:
-        demo.close()
-        install.remove()
 
 
 def case_about(demo_dir, zvwinenv):
-    install = Install(demo_dir)
-    demo = Demo(install, zvwinenv, "--folder", to_windows_path(install.samples))
-    try:
+    with Install(demo_dir) as install, showing(install, zvwinenv) as demo:
         main = demo.wait_for_main()
         # About is the sixth entry of the demo's menu.
         check(demo.choose_from_title_menu(6), "the title menu did not open")
@@ -317,62 +308,52 @@ def case_about(demo_dir, zvwinenv):
             check(not others, "the window took a click while the About dialog was open: %r" % others)
             keys("Escape")
             check(wait_until_only({main.id}), "Escape did not close the About dialog")
-    finally:
-        demo.close()
-        install.remove()
 
 
 def case_german(demo_dir, zvwinenv):
-    install = Install(demo_dir)
-    demo = Demo(install, zvwinenv, "--folder", to_windows_path(install.samples))
-    try:
-        main = demo.wait_for_main()
-        check(demo.title_menu_line() == ENGLISH_MENU, "the English title menu is %r" % demo.title_menu_line())
-        check(install.saved_language() in (None, "English"),
-              "a fresh install saved %r" % install.saved_language())
-        # Language is the second entry; the dialog is 440 wide and 176 high.
-        check(demo.choose_from_title_menu(2), "the title menu did not open")
-        dialog = wait_for_window(lambda w: (w.w, w.h) == (440, 176), 10, exclude=(main.id,))
-        if not check(dialog is not None, "no language dialog of 440 x 176: %r" % visible_windows()):
-            return
-        # The combo box, the right of the first row below a 10-pixel gap, lists the
-        # languages in catalogue order, German sixth: open it and go down five entries.
-        click((dialog.x + 5 + 430 - 22 - 60, dialog.y + 5 + 22 + 10 + 15))
-        popup = wait_for_window(lambda w: True, 5, exclude=(main.id, dialog.id))
-        if check(popup is not None, "the combo box opened no list"):
-            check(popup.x >= dialog.x and popup.x < dialog.x + dialog.w,
-                  "the combo box's list %r does not open beside its box in %r" % (popup, dialog))
-        keys("Down", "Down", "Down", "Down", "Down", "Return")
-        time.sleep(0.5)
-        # OK: the right one of the two buttons at the bottom.
-        click((dialog.x + 5 + 430 - 22 - 60, dialog.y + 176 - 5 - 22 - 15))
-        # The menu is rebuilt from the German link file, the choice saved, the title
-        # translated at once, and a restart offered (a window of its own).
-        check(demo.title_menu_line(1) == GERMAN_MENU, "the title menu after the choice is %r"
-              % demo.title_menu_line(1))
-        end = time.time() + 5
-        while install.saved_language() != "German" and time.time() < end:
-            time.sleep(0.2)
-        check(install.saved_language() == "German", "the saved language is %r" % install.saved_language())
-        offer = wait_for_window(lambda w: True, 8, exclude=(main.id,))
-        check(offer is not None, "no restart offer")
-        keys("Escape")
-        check(wait_until_only({main.id}), "the restart offer did not close")
-        now = wait_for_window(lambda w: w.id == main.id, 5)
-        check(now is not None and now.name.startswith(GERMAN_TITLE),
-              "the window's title is %r" % (now.name if now else None))
-    finally:
-        demo.close()
+    with Install(demo_dir) as install:
+        with showing(install, zvwinenv) as demo:
+            main = demo.wait_for_main()
+            check(demo.title_menu_line() == ENGLISH_MENU, "the English title menu is %r" % demo.title_menu_line())
+            check(install.saved_language() in (None, "English"),
+                  "a fresh install saved %r" % install.saved_language())
+            # Language is the second entry; the dialog is 440 wide and 176 high.
+            check(demo.choose_from_title_menu(2), "the title menu did not open")
+            dialog = wait_for_window(lambda w: (w.w, w.h) == (440, 176), 10, exclude=(main.id,))
+            if not check(dialog is not None, "no language dialog of 440 x 176: %r" % visible_windows()):
+                return
+            # The combo box, the right of the first row below a 10-pixel gap, lists the
+            # languages in catalogue order, German sixth: open it and go down five entries.
+            click((dialog.x + 5 + 430 - 22 - 60, dialog.y + 5 + 22 + 10 + 15))
+            popup = wait_for_window(lambda w: True, 5, exclude=(main.id, dialog.id))
+            if check(popup is not None, "the combo box opened no list"):
+                check(popup.x >= dialog.x and popup.x < dialog.x + dialog.w,
+                      "the combo box's list %r does not open beside its box in %r" % (popup, dialog))
+            keys("Down", "Down", "Down", "Down", "Down", "Return")
+            time.sleep(0.5)
+            # OK: the right one of the two buttons at the bottom.
+            click((dialog.x + 5 + 430 - 22 - 60, dialog.y + 176 - 5 - 22 - 15))
+            # The menu is rebuilt from the German link file, the choice saved, the title
+            # translated at once, and a restart offered (a window of its own).
+            check(demo.title_menu_line(1) == GERMAN_MENU, "the title menu after the choice is %r"
+                  % demo.title_menu_line(1))
+            end = time.time() + 5
+            while install.saved_language() != "German" and time.time() < end:
+                time.sleep(0.2)
+            check(install.saved_language() == "German", "the saved language is %r" % install.saved_language())
+            offer = wait_for_window(lambda w: True, 8, exclude=(main.id,))
+            check(offer is not None, "no restart offer")
+            keys("Escape")
+            check(wait_until_only({main.id}), "the restart offer did not close")
+            now = wait_for_window(lambda w: w.id == main.id, 5)
+            check(now is not None and now.name.startswith(GERMAN_TITLE),
+                  "the window's title is %r" % (now.name if now else None))
 
-    # A second start comes up in German.
-    again = Demo(install, zvwinenv, "--folder", to_windows_path(install.samples))
-    try:
-        main = again.wait_for_main()
-        check(again.title_menu_line() == GERMAN_MENU, "the second start's menu is %r" % again.title_menu_line())
-        check(main.name.startswith(GERMAN_TITLE), "the second start's title is %r" % main.name)
-    finally:
-        again.close()
-        install.remove()
+        # A second start comes up in German.
+        with showing(install, zvwinenv) as again:
+            main = again.wait_for_main()
+            check(again.title_menu_line() == GERMAN_MENU, "the second start's menu is %r" % again.title_menu_line())
+            check(main.name.startswith(GERMAN_TITLE), "the second start's title is %r" % main.name)
 
 
 def png_pixels(path):
@@ -422,9 +403,8 @@ def png_pixels(path):
 
 
 def case_screenshots(demo_dir, zvwinenv):
-    install = Install(demo_dir)
-    shots = os.path.join(install.root, "shots")
-    try:
+    with Install(demo_dir) as install:
+        shots = os.path.join(install.root, "shots")
         # Wine's prefix has no fonts of its own; the pictures' text is drawn with the
         # host's DejaVu fonts, which the offscreen children read from this folder.
         fonts = "/usr/share/fonts/truetype/dejavu"
@@ -458,8 +438,6 @@ def case_screenshots(demo_dir, zvwinenv):
                               "%s (%d x %d) does not hold the window" % (name, width, height))
                     check(len(colours) >= least_colours[view],
                           "%s has only %d colours: is its text missing?" % (name, len(colours)))
-    finally:
-        install.remove()
 
 
 CASES = {
@@ -472,24 +450,13 @@ CASES = {
 
 def main():
     if len(sys.argv) != 4 or sys.argv[3] not in CASES:
-        print(__doc__, file=sys.stderr)
-        return 2
+        return usage(__doc__)
     demo_dir, zvwinenv, case = os.path.abspath(sys.argv[1]), os.path.abspath(sys.argv[2]), sys.argv[3]
-    if not os.environ.get("DISPLAY"):
-        print("SKIPPED: no DISPLAY; this runs inside the windows-qt lane's Xvfb")
-        return 77
     if not os.path.isfile(os.path.join(demo_dir, "zvcore-demo.exe")):
         print("%s holds no zvcore-demo.exe" % demo_dir, file=sys.stderr)
         return 1
-    try:
-        CASES[case](demo_dir, zvwinenv)
-    except (RuntimeError, ValueError, OSError, subprocess.SubprocessError) as error:
-        fail(str(error))
-    if FAILURES:
-        print("%s: %d failure(s)" % (case, len(FAILURES)))
-        return 1
-    print("%s: passed" % case)
-    return 0
+    return run_case(CASES, case, demo_dir, zvwinenv,
+                    errors=(RuntimeError, ValueError, OSError, subprocess.SubprocessError))
 
 
 if __name__ == "__main__":
