@@ -186,6 +186,25 @@ std::atomic<bool> g_earlyGo{false};
 pthread_t g_early;
 bool g_earlyStarted = false;
 
+// A thread that waits for SIGRTMAX with sigtimedwait, as a host's signal thread does.
+std::atomic<bool> g_waiterStop{false};
+std::atomic<int> g_waiterReceived{0};
+pthread_t g_waiter;
+bool g_waiterStarted = false;
+
+void* waiterRoutine(void*)
+{
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, SIGRTMAX);
+    while (!g_waiterStop.load()) {
+        const timespec slice{0, 20000000};
+        if (::sigtimedwait(&set, nullptr, &slice) == SIGRTMAX)
+            g_waiterReceived.fetch_add(1);
+    }
+    return nullptr;
+}
+
 void* earlyRoutine(void*)
 {
     while (!g_earlyGo.load())
@@ -311,6 +330,24 @@ bool runHardeningCommand(const QString& verb, const QString& rest, bool* ok)
         return true;
     }
 #if !defined(_WIN32)
+    if (verb == QLatin1String("sigwaiter")) {
+        // The signal is blocked everywhere, so that only the waiter takes it.
+        sigset_t set;
+        sigemptyset(&set);
+        sigaddset(&set, SIGRTMAX);
+        ::pthread_sigmask(SIG_BLOCK, &set, nullptr);
+        g_waiterStarted = ::pthread_create(&g_waiter, nullptr, waiterRoutine, nullptr) == 0;
+        report(verb, {{QStringLiteral("started"), g_waiterStarted}});
+        return true;
+    }
+    if (verb == QLatin1String("sigwaited")) {
+        ::usleep(200000);
+        g_waiterStop.store(true);
+        if (g_waiterStarted)
+            ::pthread_join(g_waiter, nullptr);
+        report(verb, {{QStringLiteral("received"), g_waiterReceived.load()}});
+        return true;
+    }
     if (verb == QLatin1String("earlythread")) {
         g_earlyStarted = ::pthread_create(&g_early, nullptr, earlyRoutine, nullptr) == 0;
         report(verb, {{QStringLiteral("started"), g_earlyStarted}});

@@ -15,6 +15,8 @@
 //                           (overflow-early: the thread of "earlythread"; overflow-dlopen:
 //                           a thread of a library loaded now)
 //   earlythread             starts a thread that waits for torture:overflow-early
+//   sigwaiter               blocks SIGRTMAX and starts a thread that waits for it with
+//                           sigtimedwait; sigwaited: how many it received
 //   threadstacks:<n>        the size of a new thread's alternate signal stack (0: none),
 //                           and how many anonymous writable mappings of that size (256 KiB
 //                           when none) /proc/self/maps lists before and after <n> threads

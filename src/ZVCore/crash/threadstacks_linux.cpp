@@ -10,13 +10,14 @@
 //    later, and starts the thread in a trampoline that installs the stack and then runs
 //    the thread's own start routine;
 //  * threads that already exist (Qt's own among them) are each sent a signal, borrowed
-//    for the moment from the real-time signals nobody handles, whose handler installs
-//    the stack on that thread.
+//    for the moment from the real-time signals that no thread handles or blocks (a
+//    thread waiting for a signal with sigwait blocks it), whose handler installs the
+//    stack on that thread.
 //
 // Each stack is a private mapping with a guard page below it, given back when its thread
 // ends (a thread-specific key's destructor runs on the ending thread, which first turns
-// the stack off); up to 16 are kept for the next threads, the others unmapped. A thread that has an alternate stack of its own already (a sanitizer's, or
-// one the host set) keeps it. Another library that wraps pthread_create the same way
+// the stack off); up to 16 are kept for the next threads, the others unmapped. A thread
+// that has an alternate stack of its own already (one the host set) keeps it. Another library that wraps pthread_create the same way
 // chains to this one, and this one to the C library, through RTLD_NEXT.
 #include "threadstacks_p.h"
 
@@ -27,6 +28,7 @@
 #include <atomic>
 #include <cerrno>
 #include <csignal>
+#include <cstdio>
 #include <cstdlib>
 #include <cstring>
 #include <mutex>
@@ -236,13 +238,40 @@ void onStackRequest(int, siginfo_t*, void* context)
     errno = saved;
 }
 
-// A real-time signal that nothing handles, blocks or waits for at the moment, or 0.
+// The signals some thread of the process blocks, from each thread's SigBlk line in
+// /proc; all of them when the file cannot be read.
+unsigned long long blockedByAnyThread()
+{
+    unsigned long long blocked = 0;
+    DIR* tasks = ::opendir("/proc/self/task");
+    if (!tasks)
+        return ~0ull;
+    while (const dirent* entry = ::readdir(tasks)) {
+        if (entry->d_name[0] < '0' || entry->d_name[0] > '9')
+            continue;
+        char path[sizeof "/proc/self/task//status" + sizeof entry->d_name];
+        std::snprintf(path, sizeof path, "/proc/self/task/%s/status", entry->d_name);
+        if (FILE* status = std::fopen(path, "re")) {
+            char line[256];
+            while (std::fgets(line, sizeof line, status)) {
+                if (std::strncmp(line, "SigBlk:", 7) == 0)
+                    blocked |= std::strtoull(line + 7, nullptr, 16);
+            }
+            std::fclose(status);
+        }
+    }
+    ::closedir(tasks);
+    return blocked;
+}
+
+// A real-time signal that no thread handles, blocks or waits for at the moment, or 0.
 int borrowSignal()
 {
+    const unsigned long long blocked = blockedByAnyThread();
     for (int sig = SIGRTMAX; sig >= SIGRTMIN + 2; --sig) {
         struct sigaction current;
-        if (::sigaction(sig, nullptr, &current) == 0 && !(current.sa_flags & SA_SIGINFO)
-            && current.sa_handler == SIG_DFL)
+        if (!(blocked & (1ull << (sig - 1))) && ::sigaction(sig, nullptr, &current) == 0
+            && !(current.sa_flags & SA_SIGINFO) && current.sa_handler == SIG_DFL)
             return sig;
     }
     return 0;
@@ -272,7 +301,8 @@ void equipExistingThreads()
         }
         ::closedir(tasks);
     }
-    // A thread that blocks the signal never answers; the others do within microseconds.
+    // A thread that blocked the signal since never answers; the others do within
+    // microseconds.
     for (int waited = 0; g_answered.load() < sent && waited < 500; ++waited) {
         const timespec pause{0, 1000000};
         ::nanosleep(&pause, nullptr);

@@ -104,6 +104,7 @@ private slots:
     void crash_data();
     void crash();
     void threadStacksGoWithTheirThreads();
+    void signalWaitersGetNothing();
 
 private:
     QString m_lldb;
@@ -336,6 +337,25 @@ void tst_CrashTorture::threadStacksGoWithTheirThreads()
     const int after = on.value(QStringLiteral("after")).toInt();
     QVERIFY2(after >= before && after <= before + 16,
              qPrintable(QStringLiteral("%1 stack-sized mappings before, %2 after").arg(before).arg(after)));
+}
+
+// The existing threads are asked for their stacks with a real-time signal that no thread
+// handles or blocks: a thread that waits for the highest one with sigtimedwait, its
+// signal blocked everywhere, receives nothing from InitCrashHandle.
+void tst_CrashTorture::signalWaitersGetNothing()
+{
+#if defined(ZV_ADDRESS_SANITIZER) || defined(ZV_THREAD_SANITIZER)
+    QSKIP("under a sanitizer the threads' alternate stacks are the sanitizer's");
+#endif
+    ProbeFolder product;
+    const ProbeRun run = product.run({QStringLiteral("sigwaiter"), QStringLiteral("crashhandle"),
+                                      QStringLiteral("threadstacks:1"), QStringLiteral("sigwaited")});
+    QVERIFY(run.report(QStringLiteral("sigwaiter")).value(QStringLiteral("started")).toBool());
+    // The handler did run: new threads have their stacks.
+    QCOMPARE(run.report(QStringLiteral("threadstacks")).value(QStringLiteral("altStackInThread")).toInt(), 256 * 1024);
+    const QJsonObject waited = run.report(QStringLiteral("sigwaited"));
+    QVERIFY(!waited.isEmpty());
+    QCOMPARE(waited.value(QStringLiteral("received")).toInt(), 0);
 }
 
 QTEST_GUILESS_MAIN(tst_CrashTorture)
