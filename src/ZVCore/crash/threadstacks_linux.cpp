@@ -10,9 +10,8 @@
 //    later, and starts the thread in a trampoline that installs the stack and then runs
 //    the thread's own start routine;
 //  * threads that already exist (Qt's own among them) are each sent a signal, borrowed
-//    for the moment from the real-time signals that no thread handles or blocks (a
-//    thread waiting for a signal with sigwait blocks it), whose handler installs the
-//    stack on that thread.
+//    for the moment from the real-time signals that no thread handles or waits for with
+//    sigwait, whose handler installs the stack on that thread.
 //
 // Each stack is a private mapping with a guard page below it, given back when its thread
 // ends (a thread-specific key's destructor runs on the ending thread, which first turns
@@ -238,11 +237,23 @@ void onStackRequest(int, siginfo_t*, void* context)
     errno = saved;
 }
 
-// The signals some thread of the process blocks, from each thread's SigBlk line in
-// /proc; all of them when the file cannot be read.
-unsigned long long blockedByAnyThread()
+// The real-time signals that some thread of the process holds back for itself, from each
+// thread's SigBlk line in /proc: a thread that waits for a signal with sigwait blocks it.
+// A thread that blocks every real-time signal (a library's worker that wants none, or a
+// thread in the middle of being created) waits for none of them and does not count; it
+// cannot take the request either, so it goes without a stack.
+unsigned long long realtimeMask()
 {
-    unsigned long long blocked = 0;
+    unsigned long long mask = 0;
+    for (int sig = SIGRTMIN; sig <= SIGRTMAX; ++sig)
+        mask |= 1ull << (sig - 1);
+    return mask;
+}
+
+unsigned long long heldBackByAnyThread()
+{
+    const unsigned long long realtime = realtimeMask();
+    unsigned long long held = 0;
     DIR* tasks = ::opendir("/proc/self/task");
     if (!tasks)
         return ~0ull;
@@ -254,23 +265,26 @@ unsigned long long blockedByAnyThread()
         if (FILE* status = std::fopen(path, "re")) {
             char line[256];
             while (std::fgets(line, sizeof line, status)) {
-                if (std::strncmp(line, "SigBlk:", 7) == 0)
-                    blocked |= std::strtoull(line + 7, nullptr, 16);
+                if (std::strncmp(line, "SigBlk:", 7) != 0)
+                    continue;
+                const unsigned long long blocked = std::strtoull(line + 7, nullptr, 16);
+                if ((blocked & realtime) != realtime)
+                    held |= blocked;
             }
             std::fclose(status);
         }
     }
     ::closedir(tasks);
-    return blocked;
+    return held;
 }
 
-// A real-time signal that no thread handles, blocks or waits for at the moment, or 0.
+// A real-time signal that no thread handles or waits for at the moment, or 0.
 int borrowSignal()
 {
-    const unsigned long long blocked = blockedByAnyThread();
+    const unsigned long long held = heldBackByAnyThread();
     for (int sig = SIGRTMAX; sig >= SIGRTMIN + 2; --sig) {
         struct sigaction current;
-        if (!(blocked & (1ull << (sig - 1))) && ::sigaction(sig, nullptr, &current) == 0
+        if (!(held & (1ull << (sig - 1))) && ::sigaction(sig, nullptr, &current) == 0
             && !(current.sa_flags & SA_SIGINFO) && current.sa_handler == SIG_DFL)
             return sig;
     }
